@@ -1,0 +1,79 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+#include "platform/errors/RunTimeError.h"
+
+/// A failed call of another program's object: 438 unknown member, 462 program gone, 440 no answer in time or a failure
+/// without a number; otherwise the number that the other program gave (91 while it shows a notice window). The
+/// description names the member.
+class AutomationError : public RunTimeError
+{
+public:
+    using RunTimeError::RunTimeError;
+};
+
+/// One argument of a call. By value it is just handed over; by reference its new value comes back after the call.
+class Argument
+{
+public:
+    Argument(const QVariant &value) // NOLINT(google-explicit-constructor): arguments are written in braces
+        : m_value(value)
+    { }
+
+    /// The referenced variable must live until the call returns.
+    template <typename T> static Argument byReference(T &variable)
+    {
+        Argument argument(QVariant::fromValue(variable));
+        argument.m_store = [&variable](const QVariant &value) { variable = value.value<T>(); };
+        return argument;
+    }
+
+    const QVariant &value() const { return m_value; }
+    bool isByReference() const { return static_cast<bool>(m_store); }
+    /// Hands back the new value of a by-reference argument.
+    void store(const QVariant &value) const { m_store(value); }
+
+private:
+    QVariant m_value;
+    std::function<void(const QVariant &)> m_store;
+};
+
+using Arguments = std::vector<Argument>;
+
+/// An object of another program, late bound: members are known by name only.
+///
+/// Results are simple values, an invalid QVariant (nothing), or another object as std::shared_ptr<AutomationObject>
+/// (see objectOf). Whole numbers keep their width: short is 16 bit, int is 32 bit.
+/// Threads: the one that created it. Every member may throw AutomationError; a call waits at most a fixed time.
+class AutomationObject
+{
+public:
+    virtual ~AutomationObject() = default;
+
+    virtual QVariant get(const QString &property) = 0;
+    virtual QVariant call(const QString &method, const Arguments &arguments = {}) = 0;
+};
+
+using AutomationObjectPtr = std::shared_ptr<AutomationObject>;
+Q_DECLARE_METATYPE(AutomationObjectPtr)
+
+/// The object in a result; nullptr if the result is no object.
+AutomationObjectPtr objectOf(const QVariant &result);
+
+/// Where objects of other programs come from.
+class Automation
+{
+public:
+    virtual ~Automation() = default;
+
+    /// The object behind a ProgID, or nullptr when no running program offers it. Never starts a program.
+    virtual AutomationObjectPtr CreateObject(const QString &progId) = 0;
+};

@@ -1,0 +1,15 @@
+// What the drivers share: looking a column up by its name.
+#include "platform/storage/Storage.h"
+
+namespace storage {
+
+std::optional<int> TableSchema::find(const QString &column) const
+{
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].name.compare(column, Qt::CaseInsensitive) == 0)
+            return static_cast<int>(i);
+    }
+    return std::nullopt;
+}
+
+} // namespace storage
