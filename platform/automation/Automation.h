@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -24,8 +25,10 @@ public:
 class Argument
 {
 public:
-    Argument(const QVariant &value) // NOLINT(google-explicit-constructor): arguments are written in braces
-        : m_value(value)
+    template <typename T>
+    requires(!std::same_as<T, Argument>)
+        Argument(const T &value) // NOLINT(google-explicit-constructor): arguments are written in braces
+        : m_value(QVariant::fromValue(value))
     { }
 
     /// The referenced variable must live until the call returns.

@@ -1,0 +1,190 @@
+// Late-bound objects of another process over a bus of the test's own.
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include "platform/automation/dbus/DBusAutomation.h"
+#include "tests/automation/ForeignProgram.h"
+#include "tests/automation/PrivateBus.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+class AutomationTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_FALSE(bus.address().isEmpty());
+        ASSERT_TRUE(bus.start(foreign, QCoreApplication::applicationFilePath(), {u"--foreign"_s}));
+        object = automation.CreateObject(u"TEST.FOREIGN"_s);
+        ASSERT_TRUE(object);
+    }
+    void TearDown() override { PrivateBus::end(foreign); }
+
+    PrivateBus bus;
+    QProcess foreign;
+    DBusAutomation automation{{2s, bus.address()}};
+    AutomationObjectPtr object;
+};
+
+// The number and text of the failure; 0 if there was none.
+std::pair<int, QString> failureOf(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (const AutomationError &error) {
+        return {error.Number(), error.Description()};
+    }
+    return {0, {}};
+}
+
+TEST_F(AutomationTest, ReferencesComeBackBeforeTheResult)
+{
+    int width = 1;
+    int height = 2;
+    EXPECT_FALSE(object->call(u"getsize"_s, {Argument::byReference(width), Argument::byReference(height)}).isValid());
+    EXPECT_EQ(width, 801);
+    EXPECT_EQ(height, 602);
+
+    short sum = 40;
+    EXPECT_EQ(object->call(u"addTo"_s, {Argument::byReference(sum), 2}).toString(), u"sum of ni"_s);
+    EXPECT_EQ(sum, 42);
+}
+
+TEST_F(AutomationTest, AMethodThatGivesNothingBackLeavesTheVariable)
+{
+    short number = 1;
+    EXPECT_EQ(object->call(u"getfield"_s, {Argument::byReference(number)}).toString(), u"Müller & Söhne"_s);
+    EXPECT_EQ(number, 1);
+    object->call(u"SetField"_s, {Argument::byReference(number), u"D000001"_s});
+    EXPECT_EQ(number, 1);
+}
+
+TEST_F(AutomationTest, ValuesKeepTheirWidth)
+{
+    // clang-format off
+    struct Row { const char *name; QVariant value; const char *signature; };
+    const Row rows[] = {
+        {"16 bit",  QVariant::fromValue<short>(5), "n"},
+        {"32 bit",  5,                             "i"},
+        {"text",    u"5"_s,                        "s"},
+        {"no text", QString(),                     "s"},
+        {"double",  5.0,                           "d"},
+        {"single",  5.0F,                          "d"},
+        {"truth",   true,                          "b"},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(object->call(u"signature"_s, {row.value}).toString().toStdString(), row.signature);
+    }
+    const auto field = [this](short number) { return object->call(u"getfield"_s, {QVariant::fromValue(number)}); };
+    EXPECT_EQ(field(2).typeId(), QMetaType::Double);
+    EXPECT_EQ(field(3).typeId(), QMetaType::Short) << "variant within a variant";
+    EXPECT_EQ(field(4).typeId(), QMetaType::Bool);
+}
+
+TEST_F(AutomationTest, PathsBecomeObjects)
+{
+    const AutomationObjectPtr views = objectOf(object->get(u"Views"_s));
+    ASSERT_TRUE(views);
+    const AutomationObjectPtr view = objectOf(views->call(u"Create"_s));
+    ASSERT_TRUE(view);
+    EXPECT_EQ(view->get(u"Version"_s).toString(), u"6.0.4"_s);
+    EXPECT_FALSE(objectOf(view->get(u"Version"_s)));
+}
+
+TEST_F(AutomationTest, FailuresHaveNumbersAndNameTheMember)
+{
+    short number = 0;
+    // clang-format off
+    struct Row { QString member; Arguments arguments; int number; };
+    const Row rows[] = {
+        {u"fail"_s,           {91},                            91},
+        {u"fail"_s,           {3021},                          3021},
+        {u"failStrangely"_s,  {},                              440},
+        {u"getSize"_s,        {},                              438}, // names are case-sensitive
+        {u"Introspect"_s,     {},                              438}, // the bus's own members do not count
+        {u"promised"_s,       {},                              438},
+        {u"wrongArguments"_s, {},                              450},
+        {u"halfAnswer"_s,     {Argument::byReference(number)}, 440},
+        {u"list"_s,           {},                              13},
+        {u"SetField"_s,       {QVariant()},                    13},
+        {u"hang"_s,           {},                              440},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.member.toStdString());
+        const auto [errorNumber, text] = failureOf([&] { object->call(row.member, row.arguments); });
+        EXPECT_EQ(errorNumber, row.number) << text.toStdString();
+        EXPECT_TRUE(text.contains(row.member));
+    }
+    EXPECT_EQ(failureOf([&] { object->get(u"getsize"_s); }).first, 438) << "a method is no property";
+    EXPECT_EQ(failureOf([&] { object->call(u"fail"_s, {91}); }).second, u"fail: Hinweisfenster offen"_s);
+    EXPECT_TRUE(failureOf([&] { object->call(u"hang"_s); }).second.contains(u"nach 2 Sekunden"_s));
+}
+
+TEST_F(AutomationTest, ACallHandlesNoUserEvents)
+{
+    bool handled = false;
+    QTimer::singleShot(0, qApp, [&handled] { handled = true; });
+    EXPECT_EQ(failureOf([&] { object->call(u"hang"_s); }).first, 440);
+    EXPECT_FALSE(handled);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(handled);
+}
+
+TEST_F(AutomationTest, AProgramThatEndsIsGone)
+{
+    QElapsedTimer duration;
+    duration.start();
+    EXPECT_EQ(failureOf([&] { object->call(u"die"_s); }).first, 462) << "ends while it is asked";
+    EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462);
+    EXPECT_LT(duration.elapsed(), 1500) << "nobody waits for a dead program";
+    EXPECT_FALSE(automation.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_FALSE(automation.CreateObject(u"TEST.FOREIGN"_s));
+
+    foreign.waitForFinished();
+    ASSERT_TRUE(bus.start(foreign, QCoreApplication::applicationFilePath(), {u"--foreign"_s}));
+    EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462) << "a new program has new objects";
+    EXPECT_TRUE(automation.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_TRUE(automation.CreateObject(u"TEST.FOREIGN"_s));
+}
+
+TEST_F(AutomationTest, ABusThatEndsTakesEverythingAlong)
+{
+    bus.stop();
+    EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462);
+    EXPECT_FALSE(automation.CreateObject(u"TEST.FOREIGN"_s));
+}
+
+TEST(NoBus, MeansNoObjectUntilThereIsOne)
+{
+    DBusAutomation nowhere({2s, u"unix:path=/nonexistent/bus"_s});
+    EXPECT_FALSE(nowhere.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_FALSE(nowhere.CreateObject(u"TEST.FOREIGN"_s));
+
+    PrivateBus bus;
+    DBusAutomation somewhere({2s, bus.address()});
+    EXPECT_FALSE(somewhere.CreateObject(u"TEST.FOREIGN"_s)) << "nobody owns the name yet";
+    QProcess foreign;
+    ASSERT_TRUE(bus.start(foreign, QCoreApplication::applicationFilePath(), {u"--foreign"_s}));
+    EXPECT_TRUE(somewhere.CreateObject(u"TEST.FOREIGN"_s));
+    PrivateBus::end(foreign);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains(u"--foreign"_s))
+        return runForeignProgram();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
