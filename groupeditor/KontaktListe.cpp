@@ -1,0 +1,133 @@
+// The two lists of the main window: what an item shows, and how it is read back.
+#include "groupeditor/KontaktListe.h"
+
+#include <QHeaderView>
+#include <QResizeEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int iconRolle = Qt::UserRole;
+
+QString rolleInWorten(int icon)
+{
+    switch (icon) {
+    case KontaktListe::Haupt:
+        return u"Hauptkontakt"_s;
+    case KontaktListe::Neben:
+        return u"Nebenkontakt"_s;
+    default:
+        return u"noch keiner Firmengruppe zugeordnet"_s;
+    }
+}
+
+} // namespace
+
+KontaktListe::KontaktListe(QWidget *parent)
+    : QTreeWidget(parent)
+{
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(ExtendedSelection);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    header()->setStretchLastSection(false);
+    header()->setSectionsMovable(false);
+}
+
+void KontaktListe::richteEin(const QStringList &felder, const Icons &icons)
+{
+    m_icons = icons;
+    m_felder = static_cast<int>(felder.size());
+    m_spalteFirma = static_cast<int>(felder.indexOf(u"Firma"_s)) + 1;
+    setHeaderLabels(QStringList{u"Firma"_s} + felder + QStringList{u"Nummer"_s, u"Mandant"_s, u"UniqueID"_s});
+    verteileBreiten();
+}
+
+void KontaktListe::verteileBreiten()
+{
+    const int breite = viewport()->width();
+    for (int spalte = 0; spalte < columnCount(); ++spalte) {
+        const int teil = spalte == 0 ? 4 : spalte <= m_felder ? 5 : 7;
+        setColumnWidth(spalte, breite / teil);
+    }
+}
+
+// The columns follow the list's width until the window has its size; then they are the user's.
+void KontaktListe::resizeEvent(QResizeEvent *ereignis)
+{
+    QTreeWidget::resizeEvent(ereignis);
+    if (!isVisible())
+        verteileBreiten();
+}
+
+void KontaktListe::entferne(int i)
+{
+    delete takeTopLevelItem(i - 1);
+}
+
+void KontaktListe::haengeAn(const clKontakt &kontakt)
+{
+    QStringList texte{kontakt.Daten(u"Firma"_s)};
+    for (int feld = 1; feld <= m_felder; ++feld)
+        texte += kontakt.Daten(feld);
+    texte += {kontakt.Nummer, kontakt.Mandant, kontakt.UniqueID};
+    auto *item = new QTreeWidgetItem(this, texte);
+    setzeIcon(*item, kontakt.IconNr());
+}
+
+QTreeWidgetItem &KontaktListe::haengeAn(const QTreeWidgetItem &item, int icon)
+{
+    auto *kopie = new QTreeWidgetItem(this);
+    for (int spalte = 0; spalte < columnCount(); ++spalte)
+        kopie->setText(spalte, item.text(spalte));
+    setzeIcon(*kopie, icon);
+    return *kopie;
+}
+
+int KontaktListe::icon(const QTreeWidgetItem &item)
+{
+    return item.data(0, iconRolle).toInt();
+}
+
+void KontaktListe::setzeIcon(QTreeWidgetItem &item, int icon) const
+{
+    item.setData(0, iconRolle, icon);
+    item.setIcon(0, icon >= Unbekannt && icon <= Haupt ? m_icons[static_cast<std::size_t>(icon - 1)] : QIcon());
+    const QString rolle = rolleInWorten(icon);
+    item.setData(0, Qt::AccessibleTextRole, item.text(0) + u", "_s + rolle);
+    for (int spalte = 0; spalte < columnCount(); ++spalte)
+        item.setToolTip(spalte, rolle);
+}
+
+void KontaktListe::setzeFirma(QTreeWidgetItem &item, const QString &firma) const
+{
+    item.setText(0, firma);
+    if (m_spalteFirma > 0)
+        item.setText(m_spalteFirma, firma);
+    setzeIcon(item, icon(item)); // its spoken text names the company
+}
+
+void KontaktListe::setzeKonto(QTreeWidgetItem &item, const QString &nummer, const QString &mandant) const
+{
+    item.setText(spalteNummer(), nummer);
+    item.setText(spalteNummer() + 1, mandant);
+}
+
+bool KontaktListe::hatKonto(const QTreeWidgetItem &item, const QString &nummer, const QString &mandant) const
+{
+    return this->nummer(item) == nummer && this->mandant(item) == mandant;
+}
+
+void KontaktListe::fuelle(clKontakt &kontakt, const QTreeWidgetItem &item) const
+{
+    kontakt.Nummer = nummer(item);
+    kontakt.Mandant = mandant(item);
+    kontakt.UniqueID = uniqueID(item);
+    for (int nr = 1; nr <= m_felder; ++nr)
+        kontakt.Setze_Daten(nr, feld(item, nr));
+    const int rolle = icon(item);
+    kontakt.Typ = rolle == Haupt ? u"H"_s : rolle == Neben ? u"N"_s : QString();
+}

@@ -1,0 +1,49 @@
+// The dialog about several main contacts in one group.
+#include "groupeditor/frmFehlerHptkt.h"
+
+#include "ui_frmFehlerHptkt.h"
+
+using namespace std::chrono_literals;
+
+frmFehlerHptkt::frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget *hauptfenster, std::function<void()> beiOK)
+    : QDialog(hauptfenster)
+    , m_ui(std::make_unique<Ui::frmFehlerHptkt>())
+    , m_beiOK(std::move(beiOK))
+{
+    m_ui->setupUi(this);
+    connect(m_ui->cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(&m_Timer1, &QTimer::timeout, this, [this] {
+        show();
+        raise();
+    });
+    m_Timer1.setInterval(300ms);
+    Form_Load(lvMitglieder);
+}
+
+frmFehlerHptkt::~frmFehlerHptkt() = default;
+
+void frmFehlerHptkt::Form_Load(KontaktListe &lvMitglieder)
+{
+    m_Timer1.start();
+    for (int i = 1; i <= lvMitglieder.Anzahl(); ++i) {
+        QTreeWidgetItem &item = lvMitglieder.Item(i);
+        if (KontaktListe::icon(item) != KontaktListe::Haupt)
+            continue;
+        lvMitglieder.setzeIcon(item, KontaktListe::Neben);
+        m_ui->lbFirma->setText(lvMitglieder.firma(item));
+        m_ui->lstKontakte->addItem(lvMitglieder.feld(item, 1));
+    }
+}
+
+void frmFehlerHptkt::showEvent(QShowEvent *ereignis)
+{
+    QDialog::showEvent(ereignis);
+    m_ui->cmdOK->setFocus();
+}
+
+void frmFehlerHptkt::cmdOK_Click()
+{
+    m_Timer1.stop();
+    hide();
+    m_beiOK();
+}

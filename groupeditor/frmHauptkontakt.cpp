@@ -1,0 +1,186 @@
+// The main window: how it is loaded, and how its buttons and warnings follow the group.
+#include "groupeditor/frmHauptkontakt.h"
+
+#include <QFileInfo>
+#include <QScopedValueRollback>
+
+#include "groupeditor/frmFehlerHptkt.h"
+#include "ui_frmHauptkontakt.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+QIcon lade(const QString &datei)
+{
+    if (!QFileInfo::exists(datei))
+        throw RunTimeError(53, u"Datei nicht gefunden: "_s + datei);
+    return QIcon(datei);
+}
+
+// Hidden buttons keep their place, so that nothing jumps when they come back.
+void behaltePlatz(QWidget *widget)
+{
+    QSizePolicy regel = widget->sizePolicy();
+    regel.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(regel);
+}
+
+void setzeVerfuegbar(QPushButton *knopf, bool verfuegbar)
+{
+    knopf->setEnabled(verfuegbar);
+    knopf->setVisible(verfuegbar);
+}
+
+} // namespace
+
+frmHauptkontakt::frmHauptkontakt(Haupt &haupt)
+    : m_haupt(haupt)
+    , m_ui(std::make_unique<Ui::frmHauptkontakt>())
+{
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint
+                   | Qt::WindowCloseButtonHint);
+    m_ui->setupUi(this);
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_ui->cmdHauptkontakt, m_ui->cmdTransfer, m_ui->cmdFertig,
+                                                            m_ui->lbHaupt, m_ui->lbFirma})
+        behaltePlatz(widget);
+    verbinde();
+    Form_Load();
+}
+
+frmHauptkontakt::~frmHauptkontakt() = default;
+
+KontaktListe &frmHauptkontakt::lvSuche() const
+{
+    return *m_ui->lvSuchergebnis;
+}
+
+KontaktListe &frmHauptkontakt::lvMitglieder() const
+{
+    return *m_ui->lvMitglieder;
+}
+
+void frmHauptkontakt::verbinde()
+{
+    const auto befehl
+        = [this](void (frmHauptkontakt::*code)()) { return guarded(m_haupt, [this, code] { einzeln(code); }); };
+    const auto klick = [this, befehl](QPushButton *knopf, void (frmHauptkontakt::*code)()) {
+        connect(knopf, &QPushButton::clicked, this, befehl(code));
+    };
+    klick(m_ui->cmdSuchen, &frmHauptkontakt::cmdSuchen_Click);
+    klick(m_ui->cmdÜbernehmen, &frmHauptkontakt::cmdÜbernehmen_Click);
+    klick(m_ui->cmdEntfernen, &frmHauptkontakt::cmdEntfernen_Click);
+    klick(m_ui->cmdHauptkontakt, &frmHauptkontakt::cmdHauptkontakt_Click);
+    klick(m_ui->cmdFirmaAngleichen, &frmHauptkontakt::cmdFirmaAngleichen_Click);
+    klick(m_ui->cmdTransfer, &frmHauptkontakt::cmdTransfer_Click);
+    klick(m_ui->cmdFertig, &frmHauptkontakt::cmdFertig_Click);
+    klick(m_ui->cmdInfo, &frmHauptkontakt::cmdInfo_Click);
+    connect(m_ui->cmdAbbruch, &QPushButton::clicked, this, [this] { reject(); });
+    connect(m_ui->tbSuche, &QLineEdit::returnPressed, this, befehl(&frmHauptkontakt::cmdSuchen_Click));
+    connect(m_ui->lvSuchergebnis, &QTreeWidget::itemActivated, this, befehl(&frmHauptkontakt::cmdÜbernehmen_Click));
+    connect(&m_Timer1, &QTimer::timeout, this, guarded(m_haupt, [this] { Timer1_Timer(); }));
+}
+
+// Commands handle events while they run: another one must not meet half-changed lists.
+void frmHauptkontakt::einzeln(void (frmHauptkontakt::*befehl)())
+{
+    if (m_befehlLaeuft)
+        return;
+    const QScopedValueRollback laeuft(m_befehlLaeuft, true);
+    (this->*befehl)();
+}
+
+void frmHauptkontakt::Form_Load()
+{
+    m_Timer1.start(400ms);
+    const QString suchfeld = m_haupt.SyncFelder.SyncFeldname(m_haupt.konfiguration.IdSuchFeld1Name);
+    m_ui->tbSuche->setText(m_haupt.Kontakt->Daten(suchfeld).left(4));
+    m_ui->tbFirma->setText(m_haupt.Kontakt->Daten(u"Firma"_s));
+    richteListenEin();
+    lvMitglieder().clear();
+    lvMitglieder().haengeAn(*m_haupt.Kontakt);
+    checkFlags();
+    if (m_haupt.konfiguration.AutoSuche)
+        sucheKontakte(m_ui->tbSuche->text(), m_haupt.Kontakt->Mandant, m_haupt.Kontakt->Nummer);
+    checkFlags();
+}
+
+void frmHauptkontakt::richteListenEin()
+{
+    QStringList felder;
+    for (qint16 i = 1; i <= m_haupt.SyncFelder.FelderAnzahl(); ++i)
+        felder += m_haupt.SyncFelder.SyncFeldname(i);
+    const QString ordner = m_haupt.umgebung().programmordner + u'/';
+    const KontaktListe::Icons icons
+        = {lade(ordner + u"bilder/icons/unbek.ico"_s), lade(ordner + u"bilder/icons/neben.ico"_s),
+           lade(ordner + u"bilder/icons/haupt.ico"_s)};
+    lvSuche().richteEin(felder, icons);
+    lvMitglieder().richteEin(felder, icons);
+}
+
+void frmHauptkontakt::checkFlags()
+{
+    m_hatHaupt = false;
+    m_hatNeben = false;
+    bool schonInPck = false;
+    for (int i = 1; i <= lvMitglieder().Anzahl(); ++i) {
+        const QTreeWidgetItem &item = lvMitglieder().Item(i);
+        m_hatHaupt = m_hatHaupt || KontaktListe::icon(item) == KontaktListe::Haupt;
+        m_hatNeben = m_hatNeben || KontaktListe::icon(item) == KontaktListe::Neben;
+        schonInPck = schonInPck || !(lvMitglieder().nummer(item).isEmpty() || lvMitglieder().mandant(item).isEmpty());
+    }
+    setzeKnoepfe(8 * m_hatHaupt + 4 * m_hatNeben + 1 * schonInPck);
+    pruefeFirmennamen();
+}
+
+void frmHauptkontakt::setzeKnoepfe(int flagzahl)
+{
+    const auto verfuegbar = [this](bool hauptkontakt, bool transfer, bool fertig) {
+        setzeVerfuegbar(m_ui->cmdHauptkontakt, hauptkontakt);
+        setzeVerfuegbar(m_ui->cmdTransfer, transfer);
+        setzeVerfuegbar(m_ui->cmdFertig, fertig);
+    };
+    switch (flagzahl) {
+    case 0:
+    case 4:
+    case 5:
+    case 6:
+    case 7:
+        return verfuegbar(true, false, false);
+    case 8:
+    case 12:
+        return verfuegbar(false, true, false);
+    case 9:
+        return verfuegbar(false, false, false);
+    case 10:
+    case 14:
+    case 15:
+        return verfuegbar(false, true, true);
+    case 11:
+    case 13:
+        return verfuegbar(false, false, true);
+    default:
+        m_haupt.MsgBox({u"Flagzahl = "_s + QString::number(flagzahl)});
+    }
+}
+
+void frmHauptkontakt::pruefeFirmennamen()
+{
+    for (int i = 1; i <= lvMitglieder().Anzahl(); ++i) {
+        m_firmaGleich = lvMitglieder().firma(lvMitglieder().Item(i)) == lvMitglieder().firma(lvMitglieder().Item(1));
+        if (!m_firmaGleich)
+            return;
+    }
+}
+
+void frmHauptkontakt::Timer1_Timer()
+{
+    m_ui->lbHaupt->setVisible(m_ui->cmdHauptkontakt->isEnabled() && m_ui->lbHaupt->isHidden());
+    m_ui->lbFirma->setVisible(!m_firmaGleich && m_ui->lbFirma->isHidden());
+}
+
+void frmHauptkontakt::reject()
+{
+    m_haupt.ausgefuehrt([this] { cmdAbbruch_Click(); });
+}

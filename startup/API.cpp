@@ -1,0 +1,19 @@
+// The search for ACT!'s main window.
+#include "startup/API.h"
+
+#include <algorithm>
+
+API::API(const QString &klasse, const QString &titel)
+    : m_klasse(klasse)
+    , m_titel(titel)
+{ }
+
+bool API::FensterVorhanden(const desktop::TopLevelWindows &fenster, const QString &progId) const
+{
+    const auto alle = fenster.list();
+    if (!alle)
+        return fenster.automationNameOwned(progId);
+    return std::any_of(alle->begin(), alle->end(), [this](const desktop::Window &eines) {
+        return eines.className.contains(m_klasse) && eines.title.trimmed().contains(m_titel);
+    });
+}

@@ -1,0 +1,37 @@
+// The information window: who made the program, its version, and what there is to say at the moment.
+#include "startup/frmInfoStart.h"
+
+#include <QIcon>
+#include <QStringList>
+
+#include "ui_frmInfoStart.h"
+
+using namespace Qt::StringLiterals;
+
+frmInfoStart::frmInfoStart(const QString &programmordner)
+    : m_ui(std::make_unique<Ui::frmInfoStart>())
+{
+    m_ui->setupUi(this);
+    m_ui->lbVersion->setText(QStringLiteral(VELDRAK_VERSION).trimmed());
+    const QStringList hersteller = {
+        u"VELDRAK-Projekt"_s,
+        u"Entwickelt in der Freizeit, für Büros mit ACT! und PC-Kaufmann"_s,
+        u"E-Mail: siehe LIESMICH bzw. README im Programmordner"_s,
+        u"Internet: beim Bezugsort des Programms"_s,
+    };
+    m_ui->Text1->setPlainText(hersteller.join(u"\r\n"_s));
+    m_ui->Image1->setPixmap(QIcon(programmordner + u"/bilder/icons/veldrak.ico"_s).pixmap(48, 48));
+    connect(m_ui->Command1, &QPushButton::clicked, this, [this] { hide(); });
+}
+
+frmInfoStart::~frmInfoStart() = default;
+
+QString frmInfoStart::txbInfo() const
+{
+    return m_ui->txbInfo->toPlainText();
+}
+
+void frmInfoStart::setze_txbInfo(const QString &text)
+{
+    m_ui->txbInfo->setPlainText(text);
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include <QStringList>
+
+#include "platform/desktop/Desktop.h"
+
+/// A desktop without a screen: boxes are recorded and answered at once, the clock moves by itself while the program
+/// waits, and files are those of the machine.
+class FakeDesktop : public desktop::MessageBoxes,
+                    public desktop::SettingsStore,
+                    public desktop::Clipboard,
+                    public desktop::TopLevelWindows,
+                    public desktop::Screen,
+                    public desktop::Clock,
+                    public desktop::MessageLoop,
+                    public desktop::Files
+{
+public:
+    std::vector<desktop::Box> boxes; ///< all that were shown
+    std::deque<desktop::Answer> answers; ///< to Yes/No boxes, in order; then always No
+    std::function<void(const desktop::Box &)> onBox; ///< while a box is open
+    QStringList boxTexts() const;
+
+    std::map<QString, QString> settings; ///< by "application/section/key"
+    QString clipboard;
+    QStringList clipboardHistory;
+    std::optional<std::vector<desktop::Window>> windows{
+        {{QStringLiteral("acthost"), QStringLiteral("ACT! - Kontakte")}}};
+    bool nameOwned = false;
+    QSize screenSize{1000, 800};
+    double seconds = 0;
+    double restSeconds = 0.25; ///< how far the clock moves with each rest
+    QDate date{2026, 11, 21};
+    std::function<void()> onYield;
+    int yields = 0;
+    bool quitCalled = false;
+
+    desktop::Answer show(const desktop::Box &box) override;
+    QString get(const QString &application, const QString &section, const QString &key,
+                const QString &otherwise) const override;
+    void save(const QString &application, const QString &section, const QString &key, const QString &value) override;
+    void clear() override { clipboard.clear(); }
+    void setText(const QString &text) override;
+    std::optional<std::vector<desktop::Window>> list() const override { return windows; }
+    bool automationNameOwned(const QString &) const override { return nameOwned; }
+    QSize sizeInPixels() const override { return screenSize; }
+    double Timer() const override { return seconds; }
+    QDate Date() const override { return date; }
+    void yield() override;
+    void yieldAndRest() override;
+    void quit() override { quitCalled = true; }
+    bool exists(const QString &path) const override;
+    QStringList list(const QString &pattern) const override;
+    QString shortPath(const QString &path) const override { return path; }
+};

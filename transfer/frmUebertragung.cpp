@@ -1,0 +1,6 @@
+// The transfer dialog.
+#include "transfer/frmUebertragung.h"
+
+frmÜbertragung::frmÜbertragung(Haupt &)
+{
+}

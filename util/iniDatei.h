@@ -1,0 +1,40 @@
+#pragma once
+
+#include <vector>
+
+#include <QString>
+
+#include "platform/desktop/Desktop.h"
+
+/// Reads the configuration file; nothing here ever writes it.
+///
+/// The file is text in Windows-1252, one entry a line: "[section]", "key = value", and comments from an apostrophe on.
+/// Names compare exactly, capitals included. What stands twice is found in file order.
+class iniDatei
+{
+public:
+    explicit iniDatei(const desktop::Files &dateien);
+
+    /// Rebuilds the tables from a file. False if it does not exist or has no key line at all.
+    /// RunTimeError 9 for a key line before the first section, 57 if the file cannot be read.
+    bool IniLaden(const QString &pfad);
+
+    /// The value of the first entry with this section and key, or "". Both arguments are trimmed in place.
+    QString IniLesen(QString &sektion, QString &schluessel) const;
+
+    /// The line without its comment: empty if the comment begins it, else trimmed.
+    static QString KommentarEntfernen(const QString &zeile);
+
+private:
+    struct Eintrag {
+        QString schluessel;
+        QString wert;
+    };
+    struct Sektion {
+        QString name;
+        std::vector<Eintrag> eintraege;
+    };
+
+    const desktop::Files &m_dateien;
+    std::vector<Sektion> m_sektionen;
+};
