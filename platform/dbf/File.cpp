@@ -45,7 +45,12 @@ void File::create(const QString &path, storage::Bytes content)
         throw StorageError(StorageError::AlreadyExists, u"Die Datei %1 gibt es schon"_s.arg(path));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         fail(file, u"Anlegen nicht möglich"_s);
-    writeAll(file, content);
+    try {
+        writeAll(file, content);
+    } catch (const StorageError &) {
+        file.remove();
+        throw;
+    }
 }
 
 QString File::name() const
