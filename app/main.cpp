@@ -1,0 +1,55 @@
+// Puts the program together: the ports of this machine, one object with the program's state, and the event loop.
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include "groupeditor/frmHauptkontakt.h"
+#include "platform/automation/dbus/DBusAutomation.h"
+#include "platform/dao/embedded/EmbeddedEngine.h"
+#include "platform/desktop/qt/QtDesktop.h"
+#include "startup/Haupt.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString programmordner()
+{
+    const QString anderer = qEnvironmentVariable("VELDRAK_ORDNER");
+    return QDir(anderer.isEmpty() ? QCoreApplication::applicationDirPath() : anderer).absolutePath();
+}
+
+int ausgefuehrt(Haupt &haupt)
+{
+    try {
+        haupt.Main([](Haupt &h) { return std::make_unique<frmHauptkontakt>(h); });
+    } catch (const ProgrammBeendet &) { // start-up could not go on and has said why
+    }
+    return haupt.beendet() ? 0 : QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication anwendung(argc, argv);
+    QApplication::setApplicationName(u"veldrak"_s);
+    QApplication::setApplicationVersion(QStringLiteral(VELDRAK_VERSION));
+    QApplication::setQuitOnLastWindowClosed(false); // the program's end is its own decision
+
+    QTranslator deutsch; // for the toolkit's own texts, such as the menus of text boxes
+    if (deutsch.load(u"qtbase_de"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&deutsch);
+
+    const QString ordner = programmordner();
+    QApplication::setWindowIcon(QIcon(ordner + u"/bilder/icons/veldrak.ico"_s));
+
+    DBusAutomation automation;
+    const auto engine = makeEmbeddedEngine();
+    desktop::QtDesktop tisch([&automation](const QString &progId) { return automation.nameOwned(progId); });
+    Haupt haupt(Umgebung{automation, *engine, tisch.messageBoxes, tisch.settings, tisch.clipboard, tisch.windows,
+                         tisch.screen, tisch.clock, tisch.messageLoop, tisch.files, ordner});
+    return ausgefuehrt(haupt);
+}
