@@ -1,0 +1,10 @@
+// Forms need an application object; the tests are those of the other files.
+#include <QApplication>
+#include <gmock/gmock.h>
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
