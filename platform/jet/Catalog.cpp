@@ -1,0 +1,86 @@
+// The catalog table.
+#include "platform/jet/Catalog.h"
+
+#include "platform/jet/Damage.h"
+#include "platform/jet/FieldReader.h"
+#include "platform/jet/RowScan.h"
+#include "platform/jet/SystemTables.h"
+#include "platform/jet/TableDefFile.h"
+
+using namespace Qt::StringLiterals;
+
+namespace jet {
+
+SystemRow::SystemRow(PageStore &store, const TextCodec &codec, const TableDef &def, const RowView &row)
+    : m_store(store)
+    , m_codec(codec)
+    , m_def(def)
+    , m_row(row)
+{ }
+
+storage::Value SystemRow::value(QStringView column) const
+{
+    const ColumnDef *found = findColumn(m_def, column);
+    return found ? readField(m_store, m_codec, m_row, *found) : storage::Value();
+}
+
+std::int64_t SystemRow::number(QStringView column) const
+{
+    const storage::Value found = value(column);
+    const auto *number = std::get_if<std::int64_t>(&found);
+    return number ? *number : 0;
+}
+
+QString SystemRow::text(QStringView column) const
+{
+    const storage::Value found = value(column);
+    const auto *text = std::get_if<QString>(&found);
+    return text ? *text : QString();
+}
+
+QByteArray SystemRow::bytes(QStringView column) const
+{
+    const storage::Value found = value(column);
+    const auto *bytes = std::get_if<QByteArray>(&found);
+    return bytes ? *bytes : QByteArray();
+}
+
+bool CatalogEntry::isUserTable() const
+{
+    return type == TableObject && (flags & hiddenObjectFlags) == 0 && !name.startsWith(u"MSys"_s, Qt::CaseInsensitive);
+}
+
+Catalog::Catalog(PageStore &store, const TextCodec &codec)
+    : m_store(store)
+    , m_codec(codec)
+    , m_def(readTableDef(store, codec, objectsPage))
+{
+    for (const auto *column : {u"Id", u"ParentId", u"Name", u"Type", u"Flags", u"LvProp"}) {
+        if (!findColumn(m_def, column))
+            damaged(objectsPage, u"Dem Katalog fehlt die Spalte %1"_s.arg(QStringView(column)));
+    }
+}
+
+std::vector<CatalogEntry> Catalog::entries() const
+{
+    std::vector<CatalogEntry> entries;
+    RowScan scan(m_store, m_def);
+    while (scan.next()) {
+        const SystemRow row(m_store, m_codec, m_def, scan.row().view);
+        entries.push_back({scan.row().home, static_cast<std::uint32_t>(row.number(u"Id")),
+                           static_cast<std::uint32_t>(row.number(u"ParentId")), row.text(u"Name"),
+                           static_cast<std::int16_t>(row.number(u"Type")),
+                           static_cast<std::uint32_t>(row.number(u"Flags")), row.bytes(u"Owner")});
+    }
+    return entries;
+}
+
+QByteArray Catalog::properties(RowPointer where) const
+{
+    const auto found = findRow(m_store, m_def, where);
+    if (!found)
+        damaged(where.page, u"Zeile %1 des Katalogs ist weg"_s.arg(where.row));
+    return SystemRow(m_store, m_codec, m_def, found->view).bytes(u"LvProp");
+}
+
+} // namespace jet

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/jet/DataPage.h"
+#include "platform/jet/PageStore.h"
+#include "platform/jet/RowPointer.h"
+#include "platform/jet/RowView.h"
+#include "platform/jet/TableDef.h"
+
+namespace jet {
+
+/// A row that was found, with the page that holds its bytes.
+struct FoundRow {
+    RowPointer home; ///< what indexes and users know it by
+    RowPointer body; ///< where it stands: elsewhere if it was moved
+    DataPage page;
+    RowView view;
+};
+
+/// The row at a home address; nothing if there is none (any more). Throws StorageError::Damaged when the address
+/// cannot be one of the table's, or a moved row is not where it should be.
+std::optional<FoundRow> findRow(PageStore &store, const TableDef &def, RowPointer home);
+
+/// Walks over all rows of a table in the order of its pages. `def` must outlive it; a write to the table ends it.
+///
+/// Errors  StorageError::Damaged for pages that are not the table's, and when fewer rows are found than the table
+/// counts.
+class RowScan
+{
+public:
+    RowScan(PageStore &store, const TableDef &def);
+
+    bool next();
+    /// The current row.
+    const FoundRow &row() const { return *m_row; }
+
+private:
+    bool nextPage();
+    void checkCount() const;
+
+    PageStore &m_store;
+    const TableDef &m_def;
+    std::optional<DataPage> m_page{};
+    PageNo m_number = 0;
+    std::size_t m_slot = 0;
+    std::optional<FoundRow> m_row{};
+    std::uint64_t m_found = 0;
+};
+
+} // namespace jet

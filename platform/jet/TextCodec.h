@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+#include <QByteArray>
+#include <QString>
+
+#include "platform/storage/Bytes.h"
+
+namespace storage {
+class Codepage;
+}
+
+namespace jet {
+
+/// Texts between QString and the file: bytes of a code page in Jet 3; UTF-16, perhaps compressed, in Jet 4.
+class TextCodec
+{
+public:
+    /// Throws StorageError::Unsupported for a code page that we have no table of.
+    static TextCodec jet3(std::uint16_t codePage);
+    static TextCodec jet4();
+
+    bool isJet4() const { return m_codepage == nullptr; }
+
+    /// A column's text. Throws StorageError::Damaged for half a character.
+    QString decode(storage::Bytes bytes) const;
+    /// Throws StorageError::NotEncodable for characters outside the code page.
+    QByteArray encode(QStringView text) const;
+    /// The compressed form where Jet 4 would choose it, else the plain one.
+    QByteArray encodeCompressed(QStringView text) const;
+
+    /// Names: never compressed.
+    QString decodeName(storage::Bytes bytes) const;
+
+private:
+    explicit TextCodec(const storage::Codepage *codepage)
+        : m_codepage(codepage)
+    { }
+
+    const storage::Codepage *m_codepage; // nullptr: Jet 4
+};
+
+} // namespace jet
