@@ -1,0 +1,87 @@
+// A contact program with an automation interface: what other programs meet as ACT! on this system.
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+#include <QAction>
+#include <QApplication>
+
+#include "acthost/ActService.h"
+#include "acthost/ContactBook.h"
+#include "acthost/MainWindow.h"
+#include "acthost/Options.h"
+#include "platform/dbf/DbfDriver.h"
+#include "platform/errors/RunTimeError.h"
+
+using namespace Qt::StringLiterals;
+using namespace acthost;
+
+namespace {
+
+void write(std::FILE *stream, const QString &text)
+{
+    std::fputs(text.toUtf8().constData(), stream);
+    std::fflush(stream);
+}
+
+void connectStates(MainWindow &window, ActService &service, const QString &busName)
+{
+    const auto offerOrWithdraw = [&window, &service, busName](bool without) {
+        if (without) {
+            service.withdraw(busName);
+            window.setServiceText(u"Automatisierung noch nicht bereit"_s, false);
+            return;
+        }
+        const QString problem = service.offer(busName);
+        window.setServiceText(problem.isEmpty() ? u"Automatisierung bereit"_s
+                                                : u"Automatisierung nicht möglich: "_s + problem,
+                              problem.isEmpty());
+        if (!problem.isEmpty())
+            write(stderr, problem + u'\n');
+    };
+    QObject::connect(window.withoutAutomationAction(), &QAction::toggled, &window, offerOrWithdraw);
+    QObject::connect(window.hangingAction(), &QAction::toggled, &window,
+                     [&service](bool hanging) { service.setHanging(hanging); });
+    offerOrWithdraw(window.withoutAutomationAction()->isChecked());
+}
+
+int run(const Options &options)
+{
+    dbf::DbfDriver driver;
+    ContactBook book(driver, options.database, FieldList::read(options.fieldList));
+    MainWindow window(book);
+    ActService service(book, window);
+
+    if (!options.uniqueId.isEmpty()) {
+        const std::optional<storage::RowId> row = book.find(options.uniqueId);
+        if (!row)
+            throw RunTimeError(5, u"Einen Kontakt mit der Kennung „%1“ gibt es nicht."_s.arg(options.uniqueId));
+        window.showContact(row);
+    }
+    window.show();
+    window.withoutAutomationAction()->setChecked(options.withoutAutomation);
+    window.noticeAction()->setChecked(options.noticeOpen);
+    connectStates(window, service, options.busName);
+    window.hangingAction()->setChecked(options.hanging);
+    write(stdout, u"bereit\n"_s); // whoever starts the program with a pipe can wait for this line
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const bool asksForHelp = std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--help"; });
+    if (asksForHelp) { // needs no screen
+        write(stdout, Options::helpText());
+        return 0;
+    }
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(u"acthost"_s); // the window's class follows from it
+    try {
+        return run(Options::parse(QApplication::arguments().sliced(1)));
+    } catch (const RunTimeError &error) {
+        write(stderr, u"acthost: %1\nHilfe mit acthost --help\n"_s.arg(error.Description()));
+        return 2;
+    }
+}
