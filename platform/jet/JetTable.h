@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/jet/Catalog.h"
+#include "platform/jet/JetDatabase.h"
+#include "platform/jet/TableDef.h"
+#include "platform/jet/TableSchema.h"
+#include "platform/storage/Storage.h"
+
+namespace jet {
+
+/// A table of an open database. A row's id is its home address as one number.
+class JetTable final : public storage::Table
+{
+public:
+    JetTable(JetDatabase &database, const CatalogEntry &entry);
+
+    const storage::TableSchema &schema() const override;
+    std::int64_t rowEstimate() const override;
+    std::unique_ptr<storage::Cursor> scan() override;
+    std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override;
+    std::unique_ptr<storage::Cursor> row(storage::RowId id) override;
+    storage::RowId insert(std::span<const storage::Assignment> values) override;
+    void update(storage::RowId id, std::span<const storage::Assignment> values) override;
+    void remove(storage::RowId id) override;
+
+    /// What the file says about the table. Kept by those who need it past the next call.
+    struct Known {
+        std::uint64_t generation;
+        TableDef def;
+        SchemaMap map;
+    };
+    using KnownPtr = std::shared_ptr<const Known>;
+    /// Read anew when the definition or the whole file has changed.
+    KnownPtr known() const;
+    /// Forgets what was read of the definition.
+    void definitionChanged() { m_known.reset(); }
+
+    const CatalogEntry &entry() const { return m_entry; }
+    JetDatabase &database() const { return m_database; }
+    /// The file's name and the table's, for messages.
+    QString place() const;
+
+private:
+    JetDatabase &m_database;
+    CatalogEntry m_entry;
+    mutable KnownPtr m_known{};
+    mutable storage::TableSchema m_schema{}; // its users hold references
+};
+
+} // namespace jet
