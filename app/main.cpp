@@ -47,7 +47,7 @@ int main(int argc, char *argv[])
     QApplication::setWindowIcon(QIcon(ordner + u"/bilder/icons/veldrak.ico"_s));
 
     DBusAutomation automation;
-    const auto engine = makeEmbeddedEngine();
+    const auto engine = dao::makeEmbeddedEngine();
     desktop::QtDesktop tisch([&automation](const QString &progId) { return automation.nameOwned(progId); });
     Haupt haupt(Umgebung{automation, *engine, tisch.messageBoxes, tisch.settings, tisch.clipboard, tisch.windows,
                          tisch.screen, tisch.clock, tisch.messageLoop, tisch.files, ordner});
