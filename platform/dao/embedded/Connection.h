@@ -1,0 +1,98 @@
+#pragma once
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include <sqlite3.h>
+
+#include "platform/dao/embedded/SqlText.h"
+#include "platform/storage/Storage.h"
+
+namespace dao {
+
+/// A prepared statement; finalised with the object.
+using StatementHandle = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)>;
+
+/// An open database: the stored tables, and SQLite in front of them.
+///
+/// Owns    both. Everything that was opened through a database shares its connection; after close() each use of it
+///         throws 3420.
+/// Errors  DaoError; StorageError and DaoError raised below SQLite are kept and thrown once SQLite has returned.
+class Connection
+{
+public:
+    explicit Connection(std::unique_ptr<storage::Database> database);
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    void close();
+    bool isOpen() const { return m_database != nullptr; }
+    storage::Database &database() const;
+    storage::Table &table(const QString &name) const; ///< 3078 if there is none
+
+    SqlText translate(const QString &sql);
+    /// `sql` is the text's own or its query for addresses.
+    StatementHandle prepare(const SqlText &text, const QByteArray &sql);
+    /// Moves to the statement's next row; false at its end.
+    bool step(sqlite3_stmt *statement);
+
+    /// Runs an action statement without its write scope; returns the number of rows affected.
+    int run(const SqlText &text);
+
+    /// Runs `write` as one whole: it happens, or nothing of it does.
+    template <typename Write> auto atomically(Write write)
+    {
+        requireWritable();
+        ++m_writes;
+        const auto scope = database().beginWrite();
+        struct Ended {
+            Connection &connection;
+            ~Ended() { ++connection.m_writes; }
+        } ended{*this};
+        auto result = write();
+        scope->commit();
+        return result;
+    }
+
+    /// Counts what may have changed rows: a cursor from before must not be used after.
+    int writes() const { return m_writes; }
+
+    // For the callbacks that SQLite calls.
+    void keepFault(std::exception_ptr fault) { m_fault = std::move(fault); }
+    const std::vector<int> &insertColumns() const { return m_insertColumns; }
+    void countChange() { ++m_changes; }
+
+private:
+    struct Declared; // a table as it was when SQLite was told of it
+
+    void setUp();
+    void requireWritable() const;
+    void declare(const QString &name);
+    void simply(const QByteArray &sql);
+    [[noreturn]] void fail(const SqlText *text);
+
+    std::unique_ptr<storage::Database> m_database;
+    std::unique_ptr<sqlite3, int (*)(sqlite3 *)> m_sqlite;
+    std::map<QString, std::vector<storage::Column>> m_declared; // by name without case
+    std::vector<int> m_insertColumns;
+    int m_changes = 0;
+    int m_writes = 0;
+    std::exception_ptr m_fault;
+};
+
+/// Runs a callback's body: no exception may cross SQLite's frames, so the connection keeps it.
+template <typename Body> int guarded(Connection &connection, Body body) noexcept
+{
+    try {
+        body();
+        return SQLITE_OK;
+    } catch (...) {
+        connection.keepFault(std::current_exception());
+        return SQLITE_ERROR;
+    }
+}
+
+} // namespace dao

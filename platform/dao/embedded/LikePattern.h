@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <QString>
+
+namespace dao {
+
+/// Compares two texts in a database's order: below, equal to or above 0.
+using TextOrder = std::function<int(QStringView, QStringView)>;
+
+/// A pattern of Jet's `Like`, compiled once and matched often.
+///
+/// `*` any characters, `?` one character, `#` one digit, `[abc]` one of these, `[a-z]` one in this range of the text
+/// order, `[!...]` one that is not listed; `[*]` and the like stand for the character itself. Characters are UTF-16
+/// units.
+class LikePattern
+{
+public:
+    /// Throws DaoError 93 for a bracket without its end or a range that runs backwards.
+    LikePattern(QStringView pattern, bool caseSensitive, TextOrder order);
+
+    bool matches(QStringView text) const;
+
+private:
+    struct Item {
+        enum Kind { Anything, AnyCharacter, Digit, Character, List };
+        Kind kind;
+        char16_t character = 0;
+        std::size_t list = 0; // position in m_lists
+    };
+    struct List {
+        bool negated = false;
+        std::u16string characters{};
+        std::u16string ranges{}; // pairs of first and last
+    };
+
+    char16_t folded(char16_t c) const;
+    qsizetype compileList(QStringView pattern, qsizetype start);
+    bool accepts(const Item &item, char16_t c) const;
+    bool accepts(const List &list, char16_t c) const;
+
+    bool m_caseSensitive;
+    TextOrder m_order;
+    std::vector<Item> m_items;
+    std::vector<List> m_lists;
+};
+
+} // namespace dao

@@ -1,0 +1,15 @@
+// The one place that knows which drivers this program has.
+#include "platform/dao/embedded/EmbeddedEngine.h"
+
+#include "platform/dbf/DbfDriver.h"
+#include "platform/interim/InterimFileDriver.h"
+
+namespace dao {
+
+std::unique_ptr<DBEngine> makeEmbeddedEngine()
+{
+    return std::make_unique<EmbeddedEngine>(std::make_unique<storage::InterimFileDriver>(),
+                                            std::make_unique<dbf::DbfDriver>());
+}
+
+} // namespace dao

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <QVariant>
+
+#include "platform/dao/embedded/Connection.h"
+
+namespace dao {
+
+/// A column of a result.
+struct ResultColumn {
+    QString name;
+    int type = 0; ///< a DataType
+    storage::Column stored{}; ///< of an editable result: the column behind it
+    int position = -1; ///< its place in the stored table; -1 if there is none behind it
+};
+
+/// The rows of a query, fixed in number and order when it ran. Rows and columns count from 0.
+class RowSource
+{
+public:
+    virtual ~RowSource() = default;
+
+    virtual qsizetype count() const = 0;
+    virtual bool editable() const = 0;
+    virtual QVariant value(qsizetype row, std::size_t column) const = 0;
+    /// Writes one row of an editable result; `values` name columns of the stored table.
+    virtual void update(qsizetype row, std::span<const storage::Assignment> values) = 0;
+
+    const std::vector<ResultColumn> &columns() const { return m_columns; }
+
+protected:
+    explicit RowSource(std::vector<ResultColumn> columns)
+        : m_columns(std::move(columns))
+    { }
+
+private:
+    std::vector<ResultColumn> m_columns;
+};
+
+/// Runs a table's name or a SELECT. Rows of one table are kept as addresses and read when asked for, so that they can
+/// be edited and show their exact values; anything else is kept as values.
+std::unique_ptr<RowSource> openRows(const std::shared_ptr<Connection> &connection, const QString &source);
+
+} // namespace dao

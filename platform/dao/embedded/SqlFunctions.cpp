@@ -1,0 +1,160 @@
+// What Jet's SQL has and SQLite's has not, or has differently: text order, Like, and a handful of functions.
+#include "platform/dao/embedded/SqlFunctions.h"
+
+#include <iterator>
+
+#include "platform/dao/embedded/Connection.h"
+#include "platform/dao/embedded/DateText.h"
+#include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/LikePattern.h"
+#include "platform/dao/embedded/SqliteValues.h"
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+using Arguments = sqlite3_value **;
+
+Connection &connectionOf(sqlite3_context *context)
+{
+    return *static_cast<Connection *>(sqlite3_user_data(context));
+}
+
+/// Runs a function's body; a fault makes the statement fail.
+template <typename Body> void answer(sqlite3_context *context, Body body) noexcept
+{
+    if (guarded(connectionOf(context), body) != SQLITE_OK)
+        sqlite3_result_error_code(context, SQLITE_ERROR);
+}
+
+QStringView viewOf(sqlite3_value *value)
+{
+    const auto *text = static_cast<const QChar *>(sqlite3_value_text16(value));
+    return QStringView(text, sqlite3_value_bytes16(value) / 2);
+}
+
+int compareTexts(void *connection, int leftBytes, const void *left, int rightBytes, const void *right) noexcept
+{
+    auto &owner = *static_cast<Connection *>(connection);
+    int order = 0;
+    guarded(owner, [&] {
+        order = owner.database().compareTexts(QStringView(static_cast<const QChar *>(left), leftBytes / 2),
+                                              QStringView(static_cast<const QChar *>(right), rightBytes / 2));
+    });
+    return order;
+}
+
+void like(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        if (sqlite3_value_type(arguments[0]) == SQLITE_NULL || sqlite3_value_type(arguments[1]) == SQLITE_NULL)
+            return;
+        const auto *pattern = static_cast<const LikePattern *>(sqlite3_get_auxdata(context, 0));
+        std::unique_ptr<LikePattern> compiled;
+        if (pattern == nullptr) {
+            storage::Database &database = connectionOf(context).database();
+            compiled = std::make_unique<LikePattern>(
+                viewOf(arguments[0]), database.caseSensitive(),
+                [&database](QStringView left, QStringView right) { return database.compareTexts(left, right); });
+            pattern = compiled.get();
+        }
+        sqlite3_result_int(context, pattern->matches(viewOf(arguments[1])) ? -1 : 0);
+        if (compiled) { // SQLite keeps it while the pattern stays the same
+            sqlite3_set_auxdata(context, 0, compiled.release(),
+                                [](void *old) { std::default_delete<LikePattern>()(static_cast<LikePattern *>(old)); });
+        }
+    });
+}
+
+/// A function of one text that gives a text; Null stays Null.
+template <auto Transform> void ofText(sqlite3_context *context, int count, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        if (sqlite3_value_type(arguments[0]) != SQLITE_NULL)
+            giveResult(context, Transform(viewOf(arguments[0]).toString(), count, arguments));
+    });
+}
+
+int countArgument(sqlite3_value *value)
+{
+    const int number = sqlite3_value_int(value);
+    if (number < 0)
+        throw daoError(DaoError::SyntaxInExpression, QString::number(number));
+    return number;
+}
+
+QString upperCase(const QString &text, int, Arguments)
+{
+    return text.toUpper();
+}
+
+QString lowerCase(const QString &text, int, Arguments)
+{
+    return text.toLower();
+}
+
+QString left(const QString &text, int, Arguments arguments)
+{
+    return text.left(countArgument(arguments[1]));
+}
+
+QString right(const QString &text, int, Arguments arguments)
+{
+    return text.right(countArgument(arguments[1]));
+}
+
+QString middle(const QString &text, int count, Arguments arguments)
+{
+    const int start = countArgument(arguments[1]) - 1; // counted from 1
+    if (start < 0)
+        throw daoError(DaoError::SyntaxInExpression, u"0"_s);
+    return text.mid(start, count > 2 ? countArgument(arguments[2]) : -1);
+}
+
+void now(sqlite3_context *context, int, Arguments) noexcept
+{
+    giveResult(context, momentOf(QDateTime::currentDateTime()));
+}
+
+void today(sqlite3_context *context, int, Arguments) noexcept
+{
+    giveResult(context, momentOf(QDateTime(QDate::currentDate(), QTime(0, 0))));
+}
+
+struct Function {
+    const char *name;
+    int arguments;
+    void (*body)(sqlite3_context *, int, Arguments);
+    int flags;
+};
+
+constexpr Function jetFunctions[] = {
+    {"like", 2, like, SQLITE_DETERMINISTIC},
+    {"jet_ucase", 1, ofText<upperCase>, SQLITE_DETERMINISTIC},
+    {"jet_lcase", 1, ofText<lowerCase>, SQLITE_DETERMINISTIC},
+    {"jet_left", 2, ofText<left>, SQLITE_DETERMINISTIC},
+    {"jet_right", 2, ofText<right>, SQLITE_DETERMINISTIC},
+    {"jet_mid", 2, ofText<middle>, SQLITE_DETERMINISTIC},
+    {"jet_mid", 3, ofText<middle>, SQLITE_DETERMINISTIC},
+    {"jet_now", 0, now, 0},
+    {"jet_date", 0, today, 0},
+};
+
+} // namespace
+
+void registerFunctions(Connection &connection, sqlite3 *sqlite)
+{
+    int result = sqlite3_create_collation(sqlite, "TEXTS", SQLITE_UTF16_ALIGNED, &connection, compareTexts);
+    for (const Function &function : jetFunctions) {
+        if (result == SQLITE_OK) {
+            result = sqlite3_create_function(sqlite, function.name, function.arguments, SQLITE_UTF16 | function.flags,
+                                             &connection, function.body, nullptr, nullptr);
+        }
+    }
+    if (result != SQLITE_OK)
+        throw daoError(number::Unmapped, QString::fromUtf8(sqlite3_errstr(result)));
+}
+
+} // namespace dao

@@ -1,0 +1,65 @@
+// Values across the border between the stored tables and SQLite.
+#include "platform/dao/embedded/SqliteValues.h"
+
+namespace dao {
+
+using storage::Value;
+
+namespace {
+
+QString textOf(sqlite3_value *value)
+{
+    const auto *text = static_cast<const QChar *>(sqlite3_value_text16(value));
+    return QString(text, sqlite3_value_bytes16(value) / 2);
+}
+
+struct Result {
+    sqlite3_context *context;
+
+    void operator()(std::monostate) const { sqlite3_result_null(context); }
+    void operator()(bool yes) const { sqlite3_result_int(context, yes ? -1 : 0); }
+    void operator()(std::int64_t number) const { sqlite3_result_int64(context, number); }
+    void operator()(double number) const { sqlite3_result_double(context, number); }
+    void operator()(storage::Currency amount) const { sqlite3_result_double(context, realOf(amount)); }
+    void operator()(storage::DateTime moment) const { sqlite3_result_double(context, moment.days); }
+    void operator()(const storage::Decimal &decimal) const { sqlite3_result_double(context, decimal.text.toDouble()); }
+    void operator()(const QString &text) const
+    {
+        sqlite3_result_text64(context, reinterpret_cast<const char *>(text.utf16()),
+                              static_cast<sqlite3_uint64>(text.size()) * 2, SQLITE_TRANSIENT, SQLITE_UTF16);
+    }
+    void operator()(const QByteArray &bytes) const
+    {
+        sqlite3_result_blob64(context, bytes.constData(), static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT);
+    }
+};
+
+} // namespace
+
+Value valueOf(sqlite3_value *value)
+{
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+        return std::int64_t{sqlite3_value_int64(value)};
+    case SQLITE_FLOAT:
+        return sqlite3_value_double(value);
+    case SQLITE_TEXT:
+        return textOf(value);
+    case SQLITE_BLOB:
+        return QByteArray(static_cast<const char *>(sqlite3_value_blob(value)), sqlite3_value_bytes(value));
+    default:
+        return {};
+    }
+}
+
+void giveResult(sqlite3_context *context, const Value &value)
+{
+    std::visit(Result{context}, value);
+}
+
+double realOf(storage::Currency amount)
+{
+    return static_cast<double>(amount.tenThousandths) / 10000.0;
+}
+
+} // namespace dao

@@ -1,0 +1,197 @@
+// Memory databases that count and fail, and an engine over them.
+#include "tests/dao/TestDatabase.h"
+
+using namespace Qt::StringLiterals;
+using storage::StorageError;
+
+namespace {
+
+class FailingCursor : public storage::Cursor
+{
+public:
+    FailingCursor(std::unique_ptr<storage::Cursor> inner, const StorageError &error)
+        : m_inner(std::move(inner))
+        , m_error(error)
+    { }
+
+    bool next() override
+    {
+        if (m_started)
+            throw StorageError(m_error);
+        m_started = true;
+        return m_inner->next();
+    }
+    storage::RowId rowId() const override { return m_inner->rowId(); }
+    storage::Value value(int column) const override { return m_inner->value(column); }
+
+private:
+    std::unique_ptr<storage::Cursor> m_inner;
+    StorageError m_error;
+    bool m_started = false;
+};
+
+class CountingTable : public storage::Table
+{
+public:
+    CountingTable(TestDriver &driver, storage::Table &inner)
+        : m_driver(driver)
+        , m_inner(inner)
+    { }
+
+    const storage::TableSchema &schema() const override { return m_inner.schema(); }
+    std::int64_t rowEstimate() const override { return m_inner.rowEstimate(); }
+    std::unique_ptr<storage::Cursor> scan() override
+    {
+        ++m_driver.calls.scans;
+        if (m_driver.failOnRead)
+            return std::make_unique<FailingCursor>(m_inner.scan(), *m_driver.failOnRead);
+        return m_inner.scan();
+    }
+    std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override
+    {
+        ++m_driver.calls.ranges;
+        m_driver.calls.lastRange = range;
+        return m_inner.range(range);
+    }
+    std::unique_ptr<storage::Cursor> row(storage::RowId id) override
+    {
+        ++m_driver.calls.rows;
+        return m_inner.row(id);
+    }
+    storage::RowId insert(std::span<const storage::Assignment> values) override
+    {
+        failIfAsked();
+        return m_inner.insert(values);
+    }
+    void update(storage::RowId id, std::span<const storage::Assignment> values) override
+    {
+        failIfAsked();
+        m_inner.update(id, values);
+    }
+    void remove(storage::RowId id) override { m_inner.remove(id); }
+
+private:
+    void failIfAsked() const
+    {
+        if (m_driver.failOnWrite)
+            throw StorageError(*m_driver.failOnWrite);
+    }
+
+    TestDriver &m_driver;
+    storage::Table &m_inner;
+};
+
+/// One opening of a memory database.
+class Opened : public storage::Database
+{
+public:
+    Opened(TestDriver &driver, storage::MemoryDatabase &inner, bool readOnly)
+        : m_driver(driver)
+        , m_inner(inner)
+        , m_readOnly(readOnly)
+    { }
+
+    bool readOnly() const override { return m_readOnly; }
+    QStringList tableNames() const override { return m_inner.tableNames(); }
+    storage::Table *table(const QString &name) override
+    {
+        storage::Table *found = m_inner.table(name);
+        auto &table = m_tables[name.toCaseFolded()];
+        table = found == nullptr ? nullptr
+            : table              ? std::move(table)
+                                 : std::make_unique<CountingTable>(m_driver, *found);
+        return table.get();
+    }
+    int compareTexts(QStringView left, QStringView right) const override { return m_inner.compareTexts(left, right); }
+    bool caseSensitive() const override { return m_inner.caseSensitive(); }
+    std::unique_ptr<storage::WriteScope> beginWrite() override { return m_inner.beginWrite(); }
+    void createTable(const storage::TableSchema &schema) override { m_inner.createTable(schema); }
+    void createIndex(const QString &table, const storage::Index &index) override { m_inner.createIndex(table, index); }
+    void createRelationship(const storage::Relationship &added) override { m_inner.createRelationship(added); }
+    void dropTable(const QString &name) override { m_inner.dropTable(name); }
+    std::vector<storage::Relationship> relationships() const override { return m_inner.relationships(); }
+
+private:
+    TestDriver &m_driver;
+    storage::MemoryDatabase &m_inner;
+    bool m_readOnly;
+    std::map<QString, std::unique_ptr<storage::Table>> m_tables;
+};
+
+} // namespace
+
+std::unique_ptr<storage::Database> TestDriver::open(const storage::OpenRequest &request)
+{
+    lastRequest = request;
+    if (failOnOpen)
+        throw StorageError(*failOnOpen);
+    return std::make_unique<Opened>(*this, database(request.path), request.readOnly);
+}
+
+std::unique_ptr<storage::Database> TestDriver::create(const storage::OpenRequest &request, storage::FileVersion)
+{
+    if (m_databases.contains(request.path))
+        throw StorageError(StorageError::AlreadyExists, {}, request.path);
+    return open(request);
+}
+
+storage::MemoryDatabase &TestDriver::database(const QString &path)
+{
+    auto &database = m_databases[path];
+    if (!database)
+        database = std::make_unique<storage::MemoryDatabase>(false, m_caseSensitive);
+    return *database;
+}
+
+TestEngine::TestEngine()
+{
+    auto jetDriver = std::make_unique<TestDriver>();
+    auto dbaseDriver = std::make_unique<TestDriver>(true);
+    jet = jetDriver.get();
+    dbase = dbaseDriver.get();
+    engine = std::make_unique<dao::EmbeddedEngine>(std::move(jetDriver), std::move(dbaseDriver));
+    db = engine->OpenDatabase(u"jet"_s, 0, false, {});
+    exact = engine->OpenDatabase(u"dbase"_s, 0, false, u"FoxPro 2.6;"_s);
+}
+
+void TestEngine::run(std::initializer_list<const char16_t *> statements)
+{
+    for (const char16_t *statement : statements)
+        db->Execute(QString::fromUtf16(statement));
+}
+
+QString TestEngine::rows(const QString &source)
+{
+    QStringList result;
+    for (const auto records = db->OpenRecordset(source); !records->Eof(); records->MoveNext()) {
+        QStringList row;
+        for (int i = 0; i < records->FieldCount(); ++i) {
+            const QVariant value = records->Fields(i).Value();
+            row.append(value.isValid() ? dao::textOf(value) : u"-"_s);
+        }
+        result.append(row.join(u','));
+    }
+    return result.join(u';');
+}
+
+int TestEngine::errorOf(const std::function<void()> &call, QString *description)
+{
+    try {
+        call();
+    } catch (const dao::DaoError &error) {
+        if (description != nullptr)
+            *description = error.Description();
+        return error.Number();
+    }
+    return 0;
+}
+
+int TestEngine::executeError(const QString &sql, QString *description)
+{
+    return errorOf([&] { db->Execute(sql); }, description);
+}
+
+int TestEngine::openError(const QString &source, QString *description)
+{
+    return errorOf([&] { db->OpenRecordset(source); }, description);
+}

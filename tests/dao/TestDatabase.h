@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "platform/dao/embedded/EmbeddedEngine.h"
+#include "platform/interim/MemoryDatabase.h"
+
+/// What the engine asked of a table.
+struct Calls {
+    int scans = 0;
+    int ranges = 0;
+    int rows = 0;
+    storage::KeyRange lastRange{};
+
+    bool operator()(int scanned, int ranged) const { return scans == scanned && ranges == ranged; }
+};
+
+/// Opens memory databases by path, counts what is asked of their tables and fails on demand.
+class TestDriver : public storage::Driver
+{
+public:
+    explicit TestDriver(bool caseSensitive = false)
+        : m_caseSensitive(caseSensitive)
+    { }
+
+    std::unique_ptr<storage::Database> open(const storage::OpenRequest &request) override;
+    std::unique_ptr<storage::Database> create(const storage::OpenRequest &request, storage::FileVersion) override;
+
+    storage::MemoryDatabase &database(const QString &path);
+
+    Calls calls{};
+    storage::OpenRequest lastRequest{};
+    std::optional<storage::StorageError> failOnOpen{};
+    std::optional<storage::StorageError> failOnWrite{};
+    std::optional<storage::StorageError> failOnRead{}; // at the second row of a cursor
+
+private:
+    bool m_caseSensitive;
+    std::map<QString, std::unique_ptr<storage::MemoryDatabase>> m_databases;
+};
+
+/// An engine over test drivers with one open database of each kind.
+struct TestEngine {
+    TestEngine();
+
+    /// Runs statements that must succeed.
+    void run(std::initializer_list<const char16_t *> statements);
+    /// All rows of a query as text: fields by ",", rows by ";"; Null is "-".
+    QString rows(const QString &source);
+    /// The number of the error that the call raises; 0 if it raises none.
+    static int errorOf(const std::function<void()> &call, QString *description = nullptr);
+    int executeError(const QString &sql, QString *description = nullptr);
+    int openError(const QString &source, QString *description = nullptr);
+
+    TestDriver *jet;
+    TestDriver *dbase;
+    std::unique_ptr<dao::EmbeddedEngine> engine;
+    std::shared_ptr<dao::Database> db; // Jet's ways
+    std::shared_ptr<dao::Database> exact; // dBASE's
+};
