@@ -102,7 +102,7 @@ private:
     void leseAktuellenKontakt();
 
     void warteSekunden(int n);
-    void frageNochmal(const QString &text, qint16 &n);
+    void wiederhole(const QString &frage, const std::function<void()> &versuch);
     [[noreturn]] void meldeUndBeende(const desktop::Box &box);
     void stelleActWiederHer();
     void entlade();

@@ -73,28 +73,43 @@ void Haupt::pruefeMappingDatei()
 
 void Haupt::verbindeMitAct()
 {
-    for (qint16 n = 2; !ActApp;) {
+    wiederhole(u"OLE-Verbindung zu ACT! ist nicht möglich.("_s, [this] {
         zeigeStatus(u"ACT! OLE-Verbindung wird initialisiert ."_s);
+        ActApp.reset();
         ActApp = m_umgebung.automation.CreateObject(actProgId);
-        if (ActApp)
-            return;
-        warteSekunden(n);
-        frageNochmal(u"OLE-Verbindung zu ACT! ist nicht möglich.("_s, n);
-    }
-}
-
-// Unlike the loop above this one never comes to its question: it would look at ActApp, which is there by now. A window
-// that ACT! does not create because a notice is open shows at the next call.
-void Haupt::erzeugeKontaktfenster()
-{
+    });
     ActViews = objectOf(ActApp->get(u"Views"_s));
     if (!ActViews)
         throw AutomationError(RunTimeError::ObjectNotSet);
-    try {
-        ActKontaktfenster = objectOf(ActViews->call(u"Create"_s, {QVariant::fromValue<qint16>(1), QVariant(u"abc"_s)}));
-    } catch (const AutomationError &fehler) {
-        if (fehler.Number() != RunTimeError::ObjectNotSet)
-            throw;
+}
+
+void Haupt::erzeugeKontaktfenster()
+{
+    wiederhole(u"OLE-Verbindung zum ACT! Kontaktfenster ist nicht möglich.("_s, [this] {
+        ActKontaktfenster.reset();
+        try {
+            ActKontaktfenster = objectOf(ActViews->call(u"Create"_s, {QVariant::fromValue<qint16>(1), u"abc"_s}));
+        } catch (const AutomationError &fehler) { // ACT! shows a notice window: the refresh will tell
+            if (fehler.Number() != RunTimeError::ObjectNotSet)
+                throw;
+        }
+    });
+}
+
+// Tries until ACT! is there, waiting a second longer each time. Both users look at ActApp, the contact window's too: it
+// is there by then, so that loop ends after its first try.
+void Haupt::wiederhole(const QString &frage, const std::function<void()> &versuch)
+{
+    for (qint16 n = 2;; n = CInt(n + 1)) {
+        versuch();
+        if (ActApp)
+            return;
+        warteSekunden(n);
+        const desktop::Box box{frage + QString::number(n) + u")"_s + u"\r\n"_s
+                                   + u"Soll es noch einmal versucht werden ?"_s,
+                               desktop::Icon::None, desktop::Buttons::YesNo};
+        if (MsgBox(box) == desktop::Answer::No)
+            SofortEnde();
     }
 }
 
@@ -211,16 +226,6 @@ void Haupt::warteSekunden(int n)
     Status().setze_ProgressBar1(0);
     Status().setze_lbStatus(Status().lbStatus() + u'.');
     DoEvents();
-}
-
-void Haupt::frageNochmal(const QString &text, qint16 &n)
-{
-    const desktop::Box frage{text + QString::number(n) + u")"_s + u"\r\n"_s
-                                 + u"Soll es noch einmal versucht werden ?"_s,
-                             desktop::Icon::None, desktop::Buttons::YesNo};
-    if (MsgBox(frage) == desktop::Answer::No)
-        SofortEnde();
-    n = CInt(n + 1);
 }
 
 void Haupt::meldeUndBeende(const desktop::Box &box)
