@@ -7,6 +7,16 @@ using namespace Qt::StringLiterals;
 
 namespace acthost {
 
+namespace {
+
+// As people type it: capitals and ß do not matter.
+QString folded(const QString &text)
+{
+    return text.toCaseFolded().replace(u'ß', u"ss"_s);
+}
+
+} // namespace
+
 ContactListModel::ContactListModel(const ContactBook &book, QObject *parent)
     : QAbstractTableModel(parent)
     , m_book(book)
@@ -19,8 +29,7 @@ void ContactListModel::refresh()
     beginResetModel();
     m_shown.clear();
     for (const Contact &contact : m_book.contacts()) {
-        if (contact.company.contains(m_searchText, Qt::CaseInsensitive)
-            || contact.name.contains(m_searchText, Qt::CaseInsensitive))
+        if (folded(contact.company).contains(m_searchText) || folded(contact.name).contains(m_searchText))
             m_shown.push_back(contact);
     }
     endResetModel();
@@ -28,7 +37,7 @@ void ContactListModel::refresh()
 
 void ContactListModel::setSearchText(const QString &text)
 {
-    m_searchText = text.trimmed();
+    m_searchText = folded(text.trimmed());
     refresh();
 }
 

@@ -29,7 +29,7 @@ public:
 
 private:
     const ContactBook &m_book;
-    QString m_searchText;
+    QString m_searchText; // folded
     std::vector<Contact> m_shown;
 };
 

@@ -176,6 +176,7 @@ void MainWindow::buildNotice()
 {
     m_notice->setWindowTitle(u"Hinweis"_s);
     auto *layout = new QVBoxLayout(m_notice);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(new QLabel(u"Heute sind zwei Aktivitäten fällig:\n\n"
                                  "    09:30  Rückruf beim Steuerbüro\n"
                                  "    14:00  Besprechung im Haus"_s));
@@ -204,9 +205,11 @@ void MainWindow::search(const QString &text)
 {
     m_model.setSearchText(text);
     if (m_row && m_model.positionOf(*m_row))
-        select(*m_model.positionOf(*m_row));
+        display(m_row);
     else if (m_model.rowCount() > 0)
         select(0);
+    else
+        m_position->setText(u"keine Treffer"_s);
 }
 
 void MainWindow::display(std::optional<storage::RowId> row)
