@@ -18,7 +18,8 @@ namespace {
 constexpr auto kDescription = R"(<interface name="TEST.OBJECT">
  <method name="getsize"><arg type="i" direction="in"/><arg type="i" direction="in"/>
   <arg type="i" direction="out"/><arg type="i" direction="out"/></method>
- <method name="addTo"><arg type="n"/><arg type="i"/><arg type="n" direction="out"/><arg type="s" direction="out"/></method>
+ <method name="addTo"><arg type="n"/><arg type="i"/>
+  <arg type="n" direction="out"/><arg type="s" direction="out"/></method>
  <method name="getfield"><arg type="n"/><arg type="v" direction="out"/></method>
  <method name="SetField"><arg type="n"/><arg type="s"/></method>
  <method name="signature"><arg type="v"/><arg type="s" direction="out"/></method>

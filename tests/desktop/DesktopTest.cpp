@@ -118,7 +118,8 @@ TEST_F(DesktopTest, FilesAreListedWithoutCase)
     // clang-format off
     struct Row { const char *name; QString pattern; QStringList names; };
     const Row rows[] = {
-        {"backslashes",     windowsPath + u"\\*.PCK"_s, {u"[Eins].Pck"_s, u"Eins.PCK"_s, u"zwei.pck"_s, u"äpfel.PCK"_s}},
+        {"backslashes",     windowsPath + u"\\*.PCK"_s,
+         {u"[Eins].Pck"_s, u"Eins.PCK"_s, u"zwei.pck"_s, u"äpfel.PCK"_s}},
         {"one letter",      windowsPath + u"/?WEI.*"_s, {u"zwei.pck"_s}},
         {"brackets",        windowsPath + u"/[E*"_s,    {u"[Eins].Pck"_s}},
         {"no match",        windowsPath + u"/*.piz"_s,  {}},
