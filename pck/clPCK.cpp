@@ -1,0 +1,132 @@
+// Clients as files: found in a folder, opened through one workspace, with a password each.
+#include "pck/clPCK.h"
+
+#include "util/Zahlen.h"
+#include "util/coding.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool istName(const QVariant &mandant)
+{
+    return mandant.typeId() == QMetaType::QString;
+}
+
+} // namespace
+
+clPCK::clPCK(const Dienste &dienste)
+    : m_dienste(dienste)
+{ }
+
+dao::Workspace &clPCK::Arbeitsbereich()
+{
+    if (!m_Arbeitsbereich) {
+        m_Arbeitsbereich = m_dienste.engine.CreateWorkspace(u"TEST"_s, coding::benutzer(), coding::kennwort());
+        m_dienste.engine.AppendWorkspace(m_Arbeitsbereich);
+    }
+    return *m_Arbeitsbereich;
+}
+
+bool clPCK::init(const QString &Pfad)
+{
+    m_PckPfad = Pfad;
+    m_PckAnzahl = 0;
+    const QStringList dateien = m_dienste.dateien.list(m_PckPfad + u"*.PCK"_s);
+    m_PckAnzahl = CInt(static_cast<double>(dateien.size()));
+    if (m_PckAnzahl < 1)
+        return false;
+    m_PckDateien = dateien;
+    m_PckPasswoerter = QStringList(dateien.size(), QString());
+    return true;
+}
+
+QString clPCK::Mandanten(qint16 Index) const
+{
+    return m_PckDateien[stelle(Index)];
+}
+
+// The two forms differ on purpose: only the one by name takes a wrong password for an answer.
+bool clPCK::test_Passwort(const QVariant &Mandant, const QString &Passwort)
+{
+    Arbeitsbereich();
+    const bool nachName = istName(Mandant);
+    const int keinFehler = nachName ? dao::DaoError::NotAValidPassword : 58;
+    const QString datei = nachName ? Mandant.toString() : m_PckDateien[stelle(Mandant)];
+    try {
+        const auto mandant = oeffne(datei, Passwort);
+        if (nachName)
+            m_db = mandant;
+        else
+            mandant->Close();
+        return true;
+    } catch (const RunTimeError &fehler) {
+        if (fehler.Number() != keinFehler)
+            meldeUndBeende(fehler);
+        return false;
+    }
+}
+
+bool clPCK::open_Mandant(QVariant &Mandant)
+{
+    Arbeitsbereich();
+    if (istName(Mandant)) {
+        const qsizetype gefunden = m_PckDateien.indexOf(Mandant.toString());
+        Mandant = CInt(static_cast<double>(gefunden < 0 ? m_PckDateien.size() : gefunden));
+    }
+    const qsizetype i = stelle(Mandant);
+    const QString &datei = m_PckDateien[i];
+    while (!test_Passwort(datei, m_PckPasswoerter[i])) {
+        m_dienste.kennwortabfrage.zeige(datei);
+        if (m_dienste.kennwortabfrage.flagKennwortAbbruch)
+            return false;
+        m_PckPasswoerter[i] = m_dienste.kennwortabfrage.Kennwort();
+    }
+    m_db = oeffne(datei, m_PckPasswoerter[i]);
+    return true;
+}
+
+void clPCK::close_Mandant()
+{
+    if (m_db)
+        m_db->Close();
+    m_db.reset();
+    if (m_Arbeitsbereich)
+        m_Arbeitsbereich->Close();
+    m_Arbeitsbereich.reset();
+}
+
+std::shared_ptr<dao::Database> clPCK::oeffne(const QString &datei, const QString &passwort)
+{
+    return Arbeitsbereich().OpenDatabase(m_PckPfad + datei, 0, false, u";DATABASE="_s + datei + u";PWD="_s + passwort);
+}
+
+void clPCK::meldeUndBeende(const RunTimeError &fehler)
+{
+    m_dienste.programm.MsgBox(
+        {u"Fehler !"_s + u"\r\n"_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
+         desktop::Icon::Exclamation});
+    m_dienste.programm.SofortEnde();
+}
+
+qsizetype clPCK::stelle(const QVariant &Mandant) const
+{
+    const int index = Mandant.toInt();
+    if (index < 0 || index >= m_PckDateien.size())
+        throw RunTimeError(RunTimeError::SubscriptOutOfRange);
+    return index;
+}
+
+bool clPCK::offenOderGemeldet()
+{
+    if (!m_db)
+        m_dienste.programm.MsgBox({u"Kein Mandant geöffnet!"_s});
+    return m_db != nullptr;
+}
+
+dao::Database &clPCK::db() const
+{
+    if (!m_db)
+        throw RunTimeError(RunTimeError::ObjectNotSet);
+    return *m_db;
+}
