@@ -1,0 +1,327 @@
+// The pages of index trees.
+//
+//   Jet 3  Jet 4  size
+//   0      0      2     03 01 above the leaves, 04 01 leaf
+//   2      2      2     free bytes behind the last entry
+//   4      4      4     owner: page of the table's definition
+//   8      12     4     previous page of the level, 0 = none
+//   12     16     4     next page of the level, 0 = none
+//   16     20     4     tail: child of all that is larger than the entries; 0 on leaves
+//   20     24     1, 2  length of the prefix that all entries but the first leave out
+//   21     26     1     level, 0 = leaf
+//   22     27           bitmap: bit p is set if an entry ends p bytes behind the start of the entries
+//   0xF8   0x1E0        entries: key, row address (page 3, slot 1), above the leaves also child page (4); big-endian
+#include "platform/jet/IndexNode.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "platform/jet/Damage.h"
+#include "platform/jet/IndexKey.h"
+
+using namespace Qt::StringLiterals;
+using storage::Bytes;
+using storage::readLE;
+using storage::writeLE;
+
+namespace jet {
+
+namespace {
+
+constexpr std::uint16_t upperTag = 0x0103;
+constexpr std::uint16_t leafTag = 0x0104;
+constexpr std::size_t freeAt = 2;
+constexpr std::size_t ownerAt = 4;
+constexpr std::size_t rowSize = 4;
+constexpr std::size_t linkSize = 4;
+
+struct Layout {
+    std::size_t pageSize;
+    std::size_t previousAt;
+    std::size_t prefixSize;
+    std::size_t prefixAt;
+    std::size_t levelAt;
+    std::size_t bitmapAt;
+    std::size_t entriesAt;
+
+    std::size_t nextAt() const { return previousAt + linkSize; }
+    std::size_t tailAt() const { return previousAt + 2 * linkSize; }
+    std::size_t capacity() const { return pageSize - entriesAt; }
+    std::size_t prefixLimit() const { return prefixSize == 1 ? 0xFF : 0xFFFF; }
+};
+constexpr Layout jet3Layout{2048, 8, 1, 20, 21, 22, 0xF8};
+constexpr Layout jet4Layout{4096, 12, 2, 24, 26, 27, 0x1E0};
+
+const Layout &layoutOf(bool jet4)
+{
+    return jet4 ? jet4Layout : jet3Layout;
+}
+
+std::uint32_t readBigEndian(Bytes bytes)
+{
+    std::uint32_t number = 0;
+    for (const std::byte byte : bytes)
+        number = number << 8 | std::to_integer<std::uint32_t>(byte);
+    return number;
+}
+
+void storeBigEndian(std::uint32_t number, std::vector<std::byte> &bytes, std::size_t at)
+{
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[at + i] = static_cast<std::byte>(number >> (8 * (3 - i)));
+}
+
+/// The places at which the entries end, ascending.
+std::vector<std::size_t> readEnds(Bytes bitmap)
+{
+    std::vector<std::size_t> ends;
+    for (std::size_t i = 0; i < bitmap.size(); ++i) {
+        for (auto bits = std::to_integer<unsigned>(bitmap[i]); bits != 0; bits &= bits - 1)
+            ends.push_back(8 * i + static_cast<std::size_t>(std::countr_zero(bits)));
+    }
+    return ends;
+}
+
+} // namespace
+
+KeyBytes indexEntry(Bytes key, RowPointer row)
+{
+    KeyBytes entry(key.begin(), key.end());
+    entry.resize(key.size() + rowSize);
+    storeBigEndian(row.number(), entry, key.size());
+    return entry;
+}
+
+IndexNode::IndexNode(const PageStore &store, PageNo number, PageNo owner, std::uint8_t level)
+    : m_jet4(store.isJet4())
+    , m_number(number)
+    , m_owner(owner)
+    , m_leaf(level == 0)
+    , m_level(level)
+{ }
+
+IndexNode IndexNode::read(PageStore &store, PageNo number, PageNo owner)
+{
+    const PagePtr held = store.read(number);
+    const Bytes page = *held;
+    const Layout &layout = layoutOf(store.isJet4());
+    const auto tag = readLE<std::uint16_t>(page, 0);
+    if (tag != upperTag && tag != leafTag)
+        damaged(number, u"sie ist keine Seite eines Index"_s);
+    if (readLE<PageNo>(page, ownerAt) != owner)
+        damaged(number, u"sie gehört nicht zu einem Index der Tabelle auf Seite %1"_s.arg(owner));
+    IndexNode node(store, number, owner, std::to_integer<std::uint8_t>(page[layout.levelAt]));
+    node.m_leaf = tag == leafTag;
+    node.m_previous = readLE<PageNo>(page, layout.previousAt);
+    node.m_next = readLE<PageNo>(page, layout.nextAt());
+    if (!node.m_leaf) {
+        node.m_tail = readLE<PageNo>(page, layout.tailAt());
+        if (node.m_tail == 0)
+            damaged(number, u"der letzte Zweig des Index fehlt"_s);
+    }
+    node.readEntries(page);
+    return node;
+}
+
+void IndexNode::readEntries(Bytes page)
+{
+    const Layout &layout = layoutOf(m_jet4);
+    const std::size_t free = readLE<std::uint16_t>(page, freeAt);
+    const std::vector<std::size_t> ends = readEnds(page.subspan(layout.bitmapAt, layout.entriesAt - layout.bitmapAt));
+    const std::size_t used = ends.empty() ? 0 : ends.back();
+    if (used > layout.capacity() || used + free != layout.capacity())
+        damaged(m_number, u"die Einträge des Index enden nicht dort, wo der freie Platz beginnt"_s);
+    const std::size_t prefix = layout.prefixSize == 1 ? std::to_integer<std::size_t>(page[layout.prefixAt])
+                                                      : readLE<std::uint16_t>(page, layout.prefixAt);
+    if (ends.empty())
+        return;
+    if (prefix > ends.front())
+        damaged(m_number, u"der gemeinsame Anfang der Einträge ist länger als der erste"_s);
+    const Bytes entries = page.subspan(layout.entriesAt, used);
+    m_ends.reserve(ends.size());
+    m_bytes.reserve(used + prefix * (ends.size() - 1));
+    std::size_t begin = 0;
+    for (const std::size_t end : ends) {
+        if (begin != 0)
+            m_bytes.insert(m_bytes.end(), entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(prefix));
+        m_bytes.insert(m_bytes.end(), entries.begin() + static_cast<std::ptrdiff_t>(begin),
+                       entries.begin() + static_cast<std::ptrdiff_t>(end));
+        m_ends.push_back(m_bytes.size());
+        begin = end;
+    }
+    checkEntries(prefix);
+}
+
+void IndexNode::checkEntries(std::size_t prefix) const
+{
+    const std::size_t shortest = 1 + rowSize + childSize();
+    for (std::size_t i = 0; i < count(); ++i) {
+        if (stored(i).size() < shortest)
+            damaged(m_number, u"Eintrag %1 des Index ist zu kurz"_s.arg(i));
+        if (i == 0)
+            continue;
+        // all entries share the prefix, so the order shows behind it
+        const Bytes before = entry(i - 1);
+        const Bytes here = entry(i);
+        const std::size_t skip = std::min({prefix, before.size(), here.size()});
+        if (compareKeys(before.subspan(skip), here.subspan(skip)) >= 0)
+            damaged(m_number, u"die Einträge %1 und %2 des Index stehen in falscher Reihenfolge"_s.arg(i - 1).arg(i));
+    }
+}
+
+Bytes IndexNode::stored(std::size_t position) const
+{
+    return Bytes(m_bytes).subspan(start(position), m_ends[position] - start(position));
+}
+
+Bytes IndexNode::entry(std::size_t position) const
+{
+    const Bytes whole = stored(position);
+    return whole.first(whole.size() - childSize());
+}
+
+Bytes IndexNode::key(std::size_t position) const
+{
+    const Bytes whole = entry(position);
+    return whole.first(whole.size() - rowSize);
+}
+
+RowPointer IndexNode::row(std::size_t position) const
+{
+    return RowPointer::fromNumber(readBigEndian(entry(position).last(rowSize)));
+}
+
+PageNo IndexNode::child(std::size_t position) const
+{
+    Q_ASSERT(!m_leaf);
+    return position == count() ? m_tail : readBigEndian(stored(position).last(linkSize));
+}
+
+std::size_t IndexNode::find(Bytes wanted) const
+{
+    std::size_t low = 0;
+    std::size_t high = count();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        if (compareKeys(entry(middle), wanted) < 0)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+void IndexNode::insert(std::size_t position, Bytes entry, PageNo child)
+{
+    const std::size_t at = start(position);
+    const std::size_t size = entry.size() + childSize();
+    m_bytes.insert(m_bytes.begin() + static_cast<std::ptrdiff_t>(at), size, std::byte{0});
+    std::ranges::copy(entry, m_bytes.begin() + static_cast<std::ptrdiff_t>(at));
+    m_ends.insert(m_ends.begin() + static_cast<std::ptrdiff_t>(position), at);
+    for (std::size_t i = position; i < m_ends.size(); ++i)
+        m_ends[i] += size;
+    if (!m_leaf)
+        setChild(position, child);
+}
+
+void IndexNode::replace(std::size_t position, Bytes entry)
+{
+    const PageNo kept = m_leaf ? 0 : child(position);
+    erase(position, position + 1);
+    insert(position, entry, kept);
+}
+
+void IndexNode::setChild(std::size_t position, PageNo child)
+{
+    if (position == count())
+        m_tail = child;
+    else
+        storeBigEndian(child, m_bytes, m_ends[position] - linkSize);
+}
+
+void IndexNode::erase(std::size_t first, std::size_t last)
+{
+    const std::size_t begin = start(first);
+    const std::size_t size = start(last) - begin;
+    m_bytes.erase(m_bytes.begin() + static_cast<std::ptrdiff_t>(begin),
+                  m_bytes.begin() + static_cast<std::ptrdiff_t>(begin + size));
+    m_ends.erase(m_ends.begin() + static_cast<std::ptrdiff_t>(first),
+                 m_ends.begin() + static_cast<std::ptrdiff_t>(last));
+    for (std::size_t i = first; i < m_ends.size(); ++i)
+        m_ends[i] -= size;
+}
+
+void IndexNode::setLinks(PageNo previous, PageNo next)
+{
+    m_previous = previous;
+    m_next = next;
+}
+
+void IndexNode::takeContent(const IndexNode &other)
+{
+    m_leaf = other.m_leaf;
+    m_level = other.m_level;
+    m_tail = other.m_tail;
+    m_bytes = other.m_bytes;
+    m_ends = other.m_ends;
+}
+
+/// The length of the beginning that the page has to store once only; 0 if there is room without that.
+std::size_t IndexNode::prefixNeeded(std::size_t first, std::size_t last) const
+{
+    const Layout &layout = layoutOf(m_jet4);
+    if (!m_leaf || last - first < 2 || start(last) - start(first) <= layout.capacity())
+        return 0;
+    // in ordered entries, what the first and the last begin with all begin with
+    const Bytes low = key(first);
+    const Bytes high = key(last - 1);
+    std::size_t shortest = std::min({low.size(), high.size(), layout.prefixLimit()});
+    for (std::size_t i = first; i < last; ++i)
+        shortest = std::min(shortest, key(i).size());
+    const auto differing
+        = std::mismatch(low.begin(), low.begin() + static_cast<std::ptrdiff_t>(shortest), high.begin());
+    return static_cast<std::size_t>(differing.first - low.begin());
+}
+
+bool IndexNode::fits(std::size_t first, std::size_t last) const
+{
+    const std::size_t size = start(last) - start(first);
+    const std::size_t capacity = layoutOf(m_jet4).capacity();
+    return size <= capacity || size - prefixNeeded(first, last) * (last - first - 1) <= capacity;
+}
+
+void IndexNode::write(PageStore &store) const
+{
+    Q_ASSERT(fits());
+    const Layout &layout = layoutOf(m_jet4);
+    Page &page = store.modify(m_number);
+    std::ranges::fill(page, std::byte{0});
+    const storage::MutableBytes bytes = page;
+    const std::size_t prefix = prefixNeeded(0, count());
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < count(); ++i) {
+        const Bytes rest = stored(i).subspan(i == 0 ? 0 : prefix);
+        std::ranges::copy(rest, bytes.subspan(layout.entriesAt + used).begin());
+        used += rest.size();
+        std::byte &bits = bytes[layout.bitmapAt + used / 8];
+        bits |= static_cast<std::byte>(1U << (used % 8));
+    }
+    writeLE(bytes, 0, m_leaf ? leafTag : upperTag);
+    writeLE(bytes, freeAt, static_cast<std::uint16_t>(layout.capacity() - used));
+    writeLE(bytes, ownerAt, m_owner);
+    writeLE(bytes, layout.previousAt, m_previous);
+    writeLE(bytes, layout.nextAt(), m_next);
+    writeLE(bytes, layout.tailAt(), m_tail);
+    if (layout.prefixSize == 1)
+        bytes[layout.prefixAt] = static_cast<std::byte>(prefix);
+    else
+        writeLE(bytes, layout.prefixAt, static_cast<std::uint16_t>(prefix));
+    bytes[layout.levelAt] = static_cast<std::byte>(m_level);
+}
+
+std::size_t IndexNode::entryLimit(const PageStore &store)
+{
+    return layoutOf(store.isJet4()).capacity() / 2 - linkSize;
+}
+
+} // namespace jet

@@ -1,0 +1,166 @@
+// Ways through index trees. The pages above the leaves lead; the leaves' links to each other must say the same.
+#include "platform/jet/IndexWalk.h"
+
+#include <algorithm>
+
+#include "platform/jet/Damage.h"
+#include "platform/jet/IndexKey.h"
+
+using namespace Qt::StringLiterals;
+using storage::Bytes;
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t maxDepth = 16; // a tree of that depth would not fit any file
+
+/// The entries between which those of the child at the path's end must lie; empty where there is no limit.
+struct Limits {
+    Bytes above{}; ///< all are larger
+    Bytes upTo{}; ///< none is larger
+};
+
+Limits limitsOfChild(const IndexPath &path)
+{
+    Limits limits;
+    for (auto step = path.rbegin(); step != path.rend(); ++step) {
+        if (limits.above.empty() && step->position > 0)
+            limits.above = step->node.entry(step->position - 1);
+        if (limits.upTo.empty() && step->position < step->node.count())
+            limits.upTo = step->node.entry(step->position);
+    }
+    return limits;
+}
+
+std::size_t findTarget(const IndexNode &node, const IndexWalk::Target &target)
+{
+    std::size_t low = 0;
+    std::size_t high = node.count();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        const int order = compareWithStart(node.key(middle), target.key);
+        if (order < 0 || (order == 0 && target.behind))
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+void checkNeighbours(const IndexNode &left, const IndexNode &right)
+{
+    if (left.next() != right.number()) {
+        damaged(left.number(), u"ihre nächste Seite im Index ist %1 statt %2"_s.arg(left.next()).arg(right.number()));
+    }
+    if (right.previous() != left.number()) {
+        damaged(right.number(),
+                u"ihre vorige Seite im Index ist %1 statt %2"_s.arg(right.previous()).arg(left.number()));
+    }
+}
+
+} // namespace
+
+int compareWithStart(Bytes key, Bytes start)
+{
+    return compareKeys(key.first(std::min(key.size(), start.size())), start);
+}
+
+IndexWalk::IndexWalk(PageStore &store, PageNo root, PageNo owner)
+    : m_store(store)
+    , m_root(root)
+    , m_owner(owner)
+{ }
+
+IndexNode IndexWalk::readChild(const IndexPath &path) const
+{
+    const IndexStep &parent = path.back();
+    const PageNo number = parent.node.child(parent.position);
+    if (path.size() >= maxDepth)
+        damaged(number, u"der Index führt im Kreis"_s);
+    IndexNode node = IndexNode::read(m_store, number, m_owner);
+    if (node.count() == 0)
+        return node;
+    const Limits limits = limitsOfChild(path);
+    if (!limits.above.empty() && compareKeys(node.entry(0), limits.above) <= 0)
+        damaged(number, u"ihre Einträge beginnen vor dem Ende der vorigen Seite des Index"_s);
+    if (!limits.upTo.empty() && compareKeys(node.entry(node.count() - 1), limits.upTo) > 0) {
+        damaged(number, u"ihre Einträge enden hinter dem, was Seite %1 über sie sagt"_s.arg(parent.node.number()));
+    }
+    return node;
+}
+
+template <typename Choose> void IndexWalk::descendFrom(IndexPath &path, const Choose &choose) const
+{
+    while (!path.back().node.isLeaf()) {
+        IndexNode node = readChild(path);
+        const std::size_t position = choose(node);
+        path.push_back({std::move(node), position});
+    }
+}
+
+template <typename Choose> IndexPath IndexWalk::descend(const Choose &choose) const
+{
+    IndexNode root = IndexNode::read(m_store, m_root, m_owner);
+    const std::size_t position = choose(root);
+    IndexPath path;
+    path.push_back({std::move(root), position});
+    descendFrom(path, choose);
+    return path;
+}
+
+IndexPath IndexWalk::toTarget(const Target &target) const
+{
+    return descend([&target](const IndexNode &node) { return findTarget(node, target); });
+}
+
+IndexPath IndexWalk::toEntry(Bytes entry) const
+{
+    return descend([entry](const IndexNode &node) { return node.find(entry); });
+}
+
+IndexPath IndexWalk::toStart() const
+{
+    return descend([](const IndexNode &) { return std::size_t{0}; });
+}
+
+IndexPath IndexWalk::toEnd() const
+{
+    return descend([](const IndexNode &node) { return node.count(); });
+}
+
+bool IndexWalk::nextLeaf(IndexPath &path) const
+{
+    const auto turn = std::find_if(path.rbegin() + 1, path.rend(),
+                                   [](const IndexStep &step) { return step.position < step.node.count(); });
+    const IndexNode left = path.back().node;
+    if (turn == path.rend()) {
+        if (left.next() != 0)
+            damaged(left.number(), u"hinter ihr folgt Seite %1, der Index endet aber hier"_s.arg(left.next()));
+        return false;
+    }
+    path.erase(turn.base(), path.end());
+    ++path.back().position;
+    descendFrom(path, [](const IndexNode &) { return std::size_t{0}; });
+    checkNeighbours(left, path.back().node);
+    return true;
+}
+
+bool IndexWalk::previousLeaf(IndexPath &path) const
+{
+    const auto turn
+        = std::find_if(path.rbegin() + 1, path.rend(), [](const IndexStep &step) { return step.position > 0; });
+    const IndexNode right = path.back().node;
+    if (turn == path.rend()) {
+        if (right.previous() != 0)
+            damaged(right.number(), u"vor ihr steht Seite %1, der Index beginnt aber hier"_s.arg(right.previous()));
+        return false;
+    }
+    path.erase(turn.base(), path.end());
+    --path.back().position;
+    descendFrom(path, [](const IndexNode &node) { return node.count(); });
+    checkNeighbours(path.back().node, right);
+    return true;
+}
+
+} // namespace jet
