@@ -11,7 +11,7 @@ namespace dbf {
 
 namespace {
 
-constexpr qint64 blockSize = 256 * 1024;
+constexpr qint64 blockSize = 262'144;
 
 } // namespace
 
