@@ -40,8 +40,25 @@ Connection::Connection(std::unique_ptr<storage::Database> database)
 
 Connection::~Connection() = default;
 
+std::shared_ptr<HeldCursor> Connection::holdCursor()
+{
+    std::erase_if(m_heldCursors, [](const auto &held) { return held.expired(); });
+    auto held = std::make_shared<HeldCursor>();
+    m_heldCursors.push_back(held);
+    return held;
+}
+
+void Connection::releaseCursors()
+{
+    for (const auto &known : m_heldCursors) {
+        if (const auto held = known.lock())
+            held->cursor.reset();
+    }
+}
+
 void Connection::close()
 {
+    releaseCursors();
     m_sqlite.reset();
     m_database.reset();
 }
@@ -110,7 +127,7 @@ StatementHandle Connection::prepare(const SqlText &text, const QByteArray &sql)
 bool Connection::step(sqlite3_stmt *statement)
 {
     const int result = sqlite3_step(statement);
-    if (result != SQLITE_ROW && result != SQLITE_DONE)
+    if (m_fault || (result != SQLITE_ROW && result != SQLITE_DONE))
         fail(nullptr);
     return result == SQLITE_ROW;
 }
@@ -118,12 +135,10 @@ bool Connection::step(sqlite3_stmt *statement)
 int Connection::run(const SqlText &text)
 {
     const StatementHandle statement = prepare(text, text.sql);
-    return atomically([&] {
-        m_insertColumns = text.insertColumns;
-        m_changes = 0;
-        step(statement.get());
-        return m_changes;
-    });
+    m_insertColumns = text.insertColumns;
+    m_changes = 0;
+    atomically([&] { step(statement.get()); });
+    return m_changes;
 }
 
 void Connection::requireWritable() const

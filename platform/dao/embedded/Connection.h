@@ -15,6 +15,10 @@ namespace dao {
 /// A prepared statement; finalised with the object.
 using StatementHandle = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)>;
 
+struct HeldCursor {
+    std::unique_ptr<storage::Cursor> cursor{};
+};
+
 /// An open database: the stored tables, and SQLite in front of them.
 ///
 /// Owns    both. Everything that was opened through a database shares its connection; after close() each use of it
@@ -43,22 +47,25 @@ public:
     int run(const SqlText &text);
 
     /// Runs `write` as one whole: it happens, or nothing of it does.
-    template <typename Write> auto atomically(Write write)
+    template <typename Write> void atomically(Write write)
     {
-        requireWritable();
-        ++m_writes;
-        const auto scope = database().beginWrite();
-        struct Ended {
-            Connection &connection;
-            ~Ended() { ++connection.m_writes; }
-        } ended{*this};
-        auto result = write();
-        scope->commit();
-        return result;
+        alone([&] {
+            const auto scope = database().beginWrite();
+            write();
+            scope->commit();
+        });
     }
 
-    /// Counts what may have changed rows: a cursor from before must not be used after.
-    int writes() const { return m_writes; }
+    /// Runs `write` while no cursor is open.
+    template <typename Write> void alone(Write write)
+    {
+        requireWritable();
+        releaseCursors();
+        write();
+    }
+
+    /// A place for a cursor that stays between calls: it is emptied by every write, and when the database closes.
+    std::shared_ptr<HeldCursor> holdCursor();
 
     // For the callbacks that SQLite calls.
     void keepFault(std::exception_ptr fault) { m_fault = std::move(fault); }
@@ -66,10 +73,8 @@ public:
     void countChange() { ++m_changes; }
 
 private:
-    struct Declared; // a table as it was when SQLite was told of it
-
-    void setUp();
     void requireWritable() const;
+    void releaseCursors();
     void declare(const QString &name);
     void simply(const QByteArray &sql);
     [[noreturn]] void fail(const SqlText *text);
@@ -79,7 +84,7 @@ private:
     std::map<QString, std::vector<storage::Column>> m_declared; // by name without case
     std::vector<int> m_insertColumns;
     int m_changes = 0;
-    int m_writes = 0;
+    std::vector<std::weak_ptr<HeldCursor>> m_heldCursors;
     std::exception_ptr m_fault;
 };
 

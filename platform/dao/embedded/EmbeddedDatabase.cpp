@@ -7,8 +7,10 @@
 
 namespace dao {
 
-EmbeddedDatabase::EmbeddedDatabase(const QString &name, std::unique_ptr<storage::Database> database)
+EmbeddedDatabase::EmbeddedDatabase(const QString &name, std::unique_ptr<storage::Database> database,
+                                   DefinitionMode definitions)
     : m_name(name)
+    , m_definitions(definitions)
     , m_connection(std::make_shared<Connection>(std::move(database)))
 { }
 
@@ -37,14 +39,22 @@ int EmbeddedDatabase::Execute(const QString &sql)
         case StatementKind::Select:
             throw daoError(number::SelectInExecute);
         case StatementKind::Definition:
-            return m_connection->atomically([&] {
-                define(m_connection->database(), definitionOf(tokens));
-                return 0;
-            });
+            runDefinition(tokens);
+            return 0;
         default:
             return m_connection->run(m_connection->translate(sql));
         }
     });
+}
+
+void EmbeddedDatabase::runDefinition(const std::vector<Token> &tokens)
+{
+    const Definition definition = definitionOf(tokens);
+    const auto run = [&] { define(m_connection->database(), definition); };
+    if (m_definitions == DefinitionMode::InScope)
+        m_connection->atomically(run);
+    else
+        m_connection->alone(run);
 }
 
 void EmbeddedDatabase::Close()

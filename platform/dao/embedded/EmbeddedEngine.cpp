@@ -44,7 +44,8 @@ public:
         return translated(Doing::Open, [&] {
             storage::Driver &driver = parts.isJet ? *m_drivers->jet : *m_drivers->dbase;
             const QString path = storage::existingPath(storage::localPath(given));
-            return keep(given, driver.open({path, parts.password, readOnly}));
+            return keep(given, driver.open({path, parts.password, readOnly}),
+                        parts.isJet ? DefinitionMode::InScope : DefinitionMode::AtOnce);
         });
     }
 
@@ -52,7 +53,8 @@ public:
     {
         const ConnectString parts = connectStringOf(connect);
         return translated(Doing::CreateDatabase, [&] {
-            return keep(name, m_drivers->jet->create({storage::localPath(name), parts.password}, version));
+            return keep(name, m_drivers->jet->create({storage::localPath(name), parts.password}, version),
+                        DefinitionMode::InScope);
         });
     }
 
@@ -76,9 +78,10 @@ private:
             throw daoError(DaoError::ObjectClosed);
     }
 
-    std::shared_ptr<Database> keep(const QString &name, std::unique_ptr<storage::Database> opened)
+    std::shared_ptr<Database> keep(const QString &name, std::unique_ptr<storage::Database> opened,
+                                   DefinitionMode definitions)
     {
-        auto database = std::make_shared<EmbeddedDatabase>(name, std::move(opened));
+        auto database = std::make_shared<EmbeddedDatabase>(name, std::move(opened), definitions);
         std::erase_if(m_databases, [](const auto &known) { return known.expired(); });
         m_databases.push_back(database);
         return database;

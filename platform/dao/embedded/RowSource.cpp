@@ -25,6 +25,7 @@ public:
         , m_connection(std::move(connection))
         , m_table(table)
         , m_rows(std::move(rows))
+        , m_held(m_connection->holdCursor())
     { }
 
     qsizetype count() const override { return static_cast<qsizetype>(m_rows.size()); }
@@ -41,11 +42,8 @@ public:
     void update(qsizetype row, std::span<const storage::Assignment> values) override
     {
         translated(Doing::Work, [&] {
-            m_cursor.reset();
-            m_connection->atomically([&] {
-                m_connection->table(m_table).update(m_rows[static_cast<std::size_t>(row)], values);
-                return true;
-            });
+            m_connection->atomically(
+                [&] { m_connection->table(m_table).update(m_rows[static_cast<std::size_t>(row)], values); });
         });
     }
 
@@ -53,22 +51,20 @@ private:
     storage::Cursor &cursorOn(qsizetype row) const
     {
         storage::Table &table = m_connection->table(m_table);
-        if (!m_cursor || m_cursorRow != row || m_cursorWrites != m_connection->writes()) {
-            m_cursor = table.row(m_rows[static_cast<std::size_t>(row)]);
+        if (!m_held->cursor || m_cursorRow != row) {
+            m_held->cursor = table.row(m_rows[static_cast<std::size_t>(row)]);
             m_cursorRow = row;
-            m_cursorWrites = m_connection->writes();
         }
-        if (!m_cursor)
+        if (!m_held->cursor)
             throw daoError(number::RowDeleted);
-        return *m_cursor;
+        return *m_held->cursor;
     }
 
     std::shared_ptr<Connection> m_connection;
     QString m_table;
     std::vector<RowId> m_rows;
-    mutable std::unique_ptr<storage::Cursor> m_cursor; // on the row that was read last
+    std::shared_ptr<HeldCursor> m_held; // on the row that was read last
     mutable qsizetype m_cursorRow = -1;
-    mutable int m_cursorWrites = 0;
 };
 
 class ComputedRows : public RowSource
