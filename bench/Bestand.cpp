@@ -33,15 +33,15 @@ void fuelleAuf(const QString &ordner, int ab, int bis)
     const auto datenbank = dbf::DbfDriver().open({ordner});
     storage::Table &tabelle = *datenbank->table(u"KONTAKTE"_s);
     const auto schreibend = datenbank->beginWrite();
-    const auto spalte = [&tabelle](const char16_t *name) { return tabelle.schema().find(QString(name)).value(); };
+    const auto spalte = [&tabelle](const QString &name) { return tabelle.schema().find(name).value(); };
     for (int nr = ab; nr < bis; ++nr) {
         const beispiel::Person eine = person(nr);
         const storage::Assignment werte[] = {
-            {spalte(u"UNIQUE_ID"), eine.id},      {spalte(u"COMPANY"), eine.firma},
-            {spalte(u"CONTACT"), eine.nachname},  {spalte(u"FIRSTNAME"), eine.vorname},
-            {spalte(u"LASTNAME"), eine.nachname}, {spalte(u"STREET"), eine.strasse},
-            {spalte(u"ZIP"), eine.plz},           {spalte(u"CITY"), eine.ort},
-            {spalte(u"TELEFON"), eine.telefon},
+            {spalte(u"UNIQUE_ID"_s), eine.id},      {spalte(u"COMPANY"_s), eine.firma},
+            {spalte(u"CONTACT"_s), eine.nachname},  {spalte(u"FIRSTNAME"_s), eine.vorname},
+            {spalte(u"LASTNAME"_s), eine.nachname}, {spalte(u"STREET"_s), eine.strasse},
+            {spalte(u"ZIP"_s), eine.plz},           {spalte(u"CITY"_s), eine.ort},
+            {spalte(u"TELEFON"_s), eine.telefon},
         };
         tabelle.insert(werte);
     }

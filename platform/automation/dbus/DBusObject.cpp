@@ -45,14 +45,14 @@ QVariant sendable(const QString &member, const QVariant &value)
     return value;
 }
 
-// Elements of a name on the bus never begin with a digit, hence the letter before the number.
+// Elements of a name on the bus never begin with a digit, hence a letter or underscore before the number.
 std::optional<int> numberGivenBy(const QString &errorName)
 {
-    constexpr QLatin1StringView prefix("ACTOLE.Error.N");
+    constexpr QLatin1StringView prefix("ACTOLE.Error.");
     if (!errorName.startsWith(prefix))
         return std::nullopt;
     bool isNumber = false;
-    const int number = QStringView(errorName).sliced(prefix.size()).toInt(&isNumber);
+    const int number = QStringView(errorName).mid(prefix.size() + 1).toInt(&isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
