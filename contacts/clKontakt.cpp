@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <vector>
 
 #include "util/Zahlen.h"
@@ -62,42 +63,31 @@ QString mitTrennstellen(const QString &zeichen, const std::vector<int> &stellen)
 // The number of a value's type as office programs count them.
 int typnummer(const QVariant &wert)
 {
-    if (wert.canConvert<AutomationObjectPtr>())
-        return 9;
-    if (wert.canConvert<storage::Currency>())
-        return 6;
-    if (wert.canConvert<storage::Decimal>())
-        return 14;
-    switch (wert.typeId()) {
-    case QMetaType::UnknownType:
-        return 1;
-    case QMetaType::Short:
-        return 2;
-    case QMetaType::Int:
-        return 3;
-    case QMetaType::Float:
-        return 4;
-    case QMetaType::Double:
-        return 5;
-    case QMetaType::QDate:
-    case QMetaType::QTime:
-    case QMetaType::QDateTime:
-        return 7;
-    case QMetaType::QString:
-        return 8;
-    case QMetaType::Bool:
-        return 11;
-    case QMetaType::UChar:
-        return 17;
-    case QMetaType::LongLong:
-        return 20;
-    case QMetaType::QByteArray:
-    case QMetaType::QVariantList:
-    case QMetaType::QStringList:
-        return 8192;
-    default:
-        return 0;
-    }
+    static const std::map<int, int> nummern = {
+        {QMetaType::UnknownType, 1},
+        {QMetaType::Short, 2},
+        {QMetaType::Int, 3},
+        {QMetaType::Float, 4},
+        {QMetaType::Double, 5},
+        {qMetaTypeId<storage::Currency>(), 6},
+        {QMetaType::QDate, 7},
+        {QMetaType::QTime, 7},
+        {QMetaType::QDateTime, 7},
+        {QMetaType::QString, 8},
+        {qMetaTypeId<AutomationObjectPtr>(), 9},
+        {QMetaType::Bool, 11},
+        {qMetaTypeId<storage::Decimal>(), 14},
+        {QMetaType::UChar, 17},
+        {QMetaType::UShort, 18},
+        {QMetaType::UInt, 19},
+        {QMetaType::LongLong, 20},
+        {QMetaType::ULongLong, 21},
+        {QMetaType::QStringList, 8192 + 8},
+        {QMetaType::QVariantList, 8192 + 12},
+        {QMetaType::QByteArray, 8192 + 17},
+    };
+    const auto gefunden = nummern.find(wert.typeId());
+    return gefunden == nummern.end() ? 0 : gefunden->second;
 }
 
 } // namespace
@@ -241,16 +231,9 @@ QString clKontakt::TelefonTrim(const QString &telefon) const
 
 QString clKontakt::XString(const QVariant &wert)
 {
-    switch (typnummer(wert)) {
-    case 1:
-    case 2:
-    case 3:
-    case 4:
-    case 5:
-    case 8:
+    const int typ = typnummer(wert);
+    if ((typ >= 1 && typ <= 5) || typ == 8)
         return dao::textOf(wert).trimmed();
-    default:
-        m_programm.MsgBox({QString::number(typnummer(wert)) + u" Typ bei XString nicht vorgesehen."_s});
-        return u"Falscher Wert !"_s;
-    }
+    m_programm.MsgBox({QString::number(typ) + u" Typ bei XString nicht vorgesehen."_s});
+    return u"Falscher Wert !"_s;
 }

@@ -1,0 +1,216 @@
+// The direct search on real contact tables: what is asked, what is found, and how it fails.
+#include <gmock/gmock.h>
+
+#include <QFile>
+
+#include "contacts/ActDBF.h"
+#include "tests/contacts/KontaktTest.h"
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Suche : public KontaktTest
+{
+protected:
+    Suche()
+    {
+        const auto person = [](const QString &id, const QString &firma, const QString &nachname) {
+            beispiel::Person p{id, firma};
+            p.nachname = nachname;
+            return p;
+        };
+        std::vector<beispiel::Person> personen{
+            person(u"A"_s, u"Müller Maschinenbau"_s, u"Weiß"_s), person(u"B"_s, u"MÜLLER & Co"_s, u"Öhlmann"_s),
+            person(u"C"_s, u"Mueller [Nord]"_s, u"Straße"_s), person(u"D"_s, u""_s, u"O'Neill"_s)};
+        personen[3].nummer = u"D010000"_s;
+        personen[3].mandant = u"Muster.PCK"_s;
+        m_act.databasePath = beispiel::erzeugeKontakttabelle(*m_engine, m_ordner.path(), personen);
+    }
+
+    /// The unique ids of the hits; "ended" if the search ended the program.
+    QStringList finde(QString text, const QString &mandant = u"-"_s, const QString &nummer = u"-"_s)
+    {
+        QStringList ids;
+        try {
+            const auto treffer = m_ActDB.SucheInActDB(*m_act.CreateObject({}), text, mandant, nummer);
+            for (; !treffer->Eof(); treffer->MoveNext())
+                ids += treffer->Fields(u"UNIQUE_ID"_s).Value().toString().trimmed();
+            m_felder = treffer->FieldCount();
+        } catch (const ProgrammBeendet &) {
+            EXPECT_TRUE(m_programm.regulaerBeendet);
+            ids = {u"ended"_s};
+        }
+        m_muster = text;
+        return ids;
+    }
+
+    ActDBF m_ActDB{m_programm, m_konfiguration, m_SyncFelder, *m_engine, m_tisch, m_tisch};
+    QString m_muster;
+    int m_felder = 0;
+};
+
+TEST_F(Suche, PatternsMatchBothCases)
+{
+    // clang-format off
+    struct Row { const char *name; QString text; QString muster; };
+    const Row rows[] = {
+        {"empty",                          u""_s,              u""_s},
+        {"letters keep their case first",  u"Ab1"_s,           u"[Aa][bB]1"_s},
+        {"the ends of the ranges",         u"azAZ"_s,          u"[aA][zZ][Aa][Zz]"_s},
+        {"their neighbours",               u"`{@["_s,          u"`{@["_s},
+        {"umlauts",                        u"äöüÄÖÜ"_s,        u"[äÄ][öÖ][üÜ][Ää][Öö][Üü]"_s},
+        {"the ends of the upper ranges",   u"\u00E0\u00FD\u00C0\u00DD"_s, u"[àÀ][ýÝ][Àà][Ýý]"_s},
+        {"signs within them",              u"×÷"_s,            u"[×÷][÷×]"_s},
+        {"beyond them",                    u"ßþÿÞŠš€"_s,       u"ßþÿÞŠš€"_s},
+        {"digits, blanks, wildcards",      u"1 *?#'"_s,        u"1 *?#'"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(ActDBF::GrossKleinMuster(row.text).toStdString(), row.muster.toStdString());
+    }
+}
+
+TEST_F(Suche, FindsByEitherFieldOrByAccount)
+{
+    // clang-format off
+    struct Row { const char *name; QString text; QString mandant; QString nummer; QStringList ids; };
+    const Row rows[] = {
+        {"both cases, umlauts too",        u"mÜLLER"_s,  u"-"_s,          u"-"_s,       {u"A"_s, u"B"_s}},
+        {"in the middle",                  u"schine"_s,  u"-"_s,          u"-"_s,       {u"A"_s}},
+        {"in the second field",            u"öhl"_s,     u"-"_s,          u"-"_s,       {u"B"_s}},
+        {"sharp s as it is",               u"STRASSE"_s, u"-"_s,          u"-"_s,       {}},
+        {"client and number",              u"niemand"_s, u"Muster.PCK"_s, u"D010000"_s, {u"D"_s}},
+        {"client alone is not enough",     u"niemand"_s, u"Muster.PCK"_s, u"D010001"_s, {}},
+        {"client and number in any case: no", u"niemand"_s, u"MUSTER.PCK"_s, u"D010000"_s, {}},
+        {"wildcards work",                 u"m?ller"_s,  u"-"_s,          u"-"_s,       {u"A"_s, u"B"_s}},
+        {"empty finds all",                u""_s,        u"-"_s,          u"-"_s,       {u"A"_s, u"B"_s, u"C"_s, u"D"_s}},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(finde(row.text, row.mandant, row.nummer), row.ids);
+        EXPECT_EQ(m_muster, ActDBF::GrossKleinMuster(row.text)) << "the term is replaced by its pattern";
+        EXPECT_EQ(m_felder, 4 + 12);
+    }
+    EXPECT_THAT(m_tisch.boxes, IsEmpty());
+    EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty());
+}
+
+TEST_F(Suche, FillsContactsFromTheTable)
+{
+    beispiel::Person person = beispiel::firmengruppe().front();
+    person.id = u"KURZ"_s;
+    person.telefon = u"49|40|@@@@AD5551234"_s;
+    person.typ = u"N"_s;
+    person.url = QString(60, u'w');
+    QFile::remove(m_act.databasePath);
+    beispiel::erzeugeKontakttabelle(*m_engine, m_ordner.path(), {person});
+    QString text = u"Söhne"_s;
+    const auto treffer = m_ActDB.SucheInActDB(*m_act.CreateObject({}), text, u""_s, u""_s);
+    clKontakt kontakt = neuerKontakt();
+    kontakt.setzeDatenVonDBF(*treffer);
+    EXPECT_EQ(kontakt.UniqueID, u"KURZ"_s);
+    EXPECT_EQ(kontakt.Typ, u"N"_s);
+    EXPECT_EQ(kontakt.Mandant, u""_s);
+    EXPECT_EQ(kontakt.Nummer, u""_s);
+    EXPECT_EQ(kontakt.Daten(u"Name"_s), u"Petra Sommer"_s);
+    EXPECT_EQ(kontakt.Daten(u"Telefon"_s), u"+49 40 555 1234"_s);
+    EXPECT_EQ(kontakt.Daten(u"Handy"_s), u"+49 171 555001"_s);
+    EXPECT_EQ(kontakt.Daten(u"URL"_s), QString(50, u'w'));
+    EXPECT_THAT(m_tisch.boxes, IsEmpty());
+    treffer->Close();
+    m_ActDB.schliessen();
+    m_ActDB.schliessen(); // nothing left to close
+}
+
+TEST_F(Suche, LeavesTheFailedQueryOnTheClipboard)
+{
+    const QString anfang = u"SELECT [KONTAKTE].UNIQUE_ID,[KONTAKTE].PCK_MAND,[KONTAKTE].PCK_NUMMER,[KONTAKTE].PCK_TYP,"
+                           "[KONTAKTE].COMPANY,[KONTAKTE].CONTACT,[KONTAKTE].FIRSTNAME,[KONTAKTE].LASTNAME,"
+                           "[KONTAKTE].STREET,[KONTAKTE].ZIP,[KONTAKTE].CITY,[KONTAKTE].Telefon,[KONTAKTE].Telefax,"
+                           "[KONTAKTE].Handy,[KONTAKTE].EMAIL,[KONTAKTE].URL FROM [KONTAKTE]  WHERE ("_s;
+    // clang-format off
+    struct Row { const char *name; QString text; QString nummer; QString spalte; QString bedingung; };
+    const Row rows[] = {
+        {"an apostrophe in the term",   u"O'N"_s, u"D1"_s,  u"COMPANY"_s, u"[KONTAKTE].COMPANY Like '*[Oo]'[Nn]*' Or [KONTAKTE].CONTACT Like '*[Oo]'[Nn]*' Or ([KONTAKTE].PCK_MAND = 'M'  AND [KONTAKTE].PCK_NUMMER = 'D1' ))"_s},
+        {"an apostrophe in the number", u"a"_s,   u"D'1"_s, u"COMPANY"_s, u"[KONTAKTE].COMPANY Like '*[aA]*' Or [KONTAKTE].CONTACT Like '*[aA]*' Or ([KONTAKTE].PCK_MAND = 'M'  AND [KONTAKTE].PCK_NUMMER = 'D'1' ))"_s},
+        {"a column that is not there",  u"1"_s,   u""_s,    u"FIRMA_X"_s, u"[KONTAKTE].FIRMA_X Like '*1*' Or [KONTAKTE].CONTACT Like '*1*' Or ([KONTAKTE].PCK_MAND = 'M'  AND [KONTAKTE].PCK_NUMMER = '' ))"_s},
+        {"a column without a name",     u"1"_s,   u""_s,    u""_s,        u"[KONTAKTE]. Like '*1*' Or [KONTAKTE].CONTACT Like '*1*' Or ([KONTAKTE].PCK_MAND = 'M'  AND [KONTAKTE].PCK_NUMMER = '' ))"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_tisch.boxes.clear();
+        m_konfiguration.IdSuchFeld1Name = row.spalte;
+        EXPECT_THAT(finde(row.text, u"M"_s, row.nummer), ElementsAre(u"ended"_s));
+        EXPECT_EQ(m_tisch.clipboard.toStdString(), (anfang + row.bedingung).toStdString());
+        ASSERT_EQ(m_tisch.boxes.size(), 1U);
+        EXPECT_EQ(m_tisch.boxes[0].icon, desktop::Icon::Exclamation);
+        const QStringList zeilen = m_tisch.boxes[0].text.split(u"\r\n"_s);
+        ASSERT_EQ(zeilen.size(), 7);
+        EXPECT_EQ(zeilen[0], u"Es ist ein Fehler beim Zugriff auf die ACT!-Datenbank aufgetreten."_s);
+        EXPECT_EQ(zeilen[1], u"Mögliche Ursachen für den Fehler:"_s);
+        EXPECT_EQ(zeilen[2],
+                  u"- Der Name Ihrer ACT!-Datenbank (%1) ist nicht alphanummerisch."_s.arg(m_act.databasePath));
+        EXPECT_EQ(zeilen[3], u"  Bitte nennen Sie Ihre ACT!-Datenbank um."_s);
+        EXPECT_EQ(zeilen[4], u"- Die Felder IDs in der VELDRAK.ini sind falsch."_s);
+        EXPECT_EQ(zeilen[5], u"- Die PCK-Benutzerfelder sind nicht vom Typ Zeichenkette (String)"_s);
+        EXPECT_THAT(zeilen[6].toStdString(), testing::MatchesRegex("Fehlercode: 3[0-9]+: .+"));
+    }
+}
+
+TEST_F(Suche, EndsIfTheDatabaseCannotBeOpened)
+{
+    for (const QString &pfad : {m_ordner.filePath(u"fehlt/KONTAKTE.DBF"_s), u"KONTAKTE.DBF"_s, QString()}) {
+        SCOPED_TRACE(pfad.toStdString());
+        m_tisch.boxes.clear();
+        m_act.databasePath = pfad;
+        EXPECT_THAT(finde(u"a"_s), ElementsAre(u"ended"_s));
+        EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Konnte Ihre ACT!-Datenbank nicht öffnen !"_s));
+        EXPECT_EQ(m_tisch.clipboard, u""_s);
+    }
+}
+
+// What such a program finds in a folder that was copied from a failing disk, or by another version of ACT!.
+TEST_F(Suche, ReportsDamagedTables)
+{
+    QFile datei(m_act.databasePath);
+    ASSERT_TRUE(datei.open(QFile::ReadOnly));
+    const QByteArray heil = datei.readAll();
+    datei.close();
+    const auto mit = [&heil](qsizetype stelle, const QByteArray &bytes) {
+        return QByteArray(heil).replace(stelle, bytes.size(), bytes);
+    };
+    // clang-format off
+    struct Row { const char *name; QByteArray inhalt; };
+    const Row rows[] = {
+        {"empty",                       {}},
+        {"cut within the head",         heil.left(20)},
+        {"cut within the fields",       heil.left(100)},
+        {"cut within a record",         heil.left(heil.size() - 300)},
+        {"a version that is none",      mit(0, "\x07")},
+        {"a later program's version",   mit(0, "\x30")},
+        {"no end of the fields",        mit(8, QByteArray("\x21\x00", 2))},
+        {"a record of one byte",        mit(10, QByteArray("\x01\x00", 2))},
+        {"a field of another type",     mit(32 + 11, "Q")},
+        {"text",                        QByteArray(2000, 'x')},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_tisch.boxes.clear();
+        m_ActDB.schliessen();
+        ASSERT_TRUE(datei.open(QFile::WriteOnly | QFile::Truncate));
+        datei.write(row.inhalt);
+        datei.close();
+        EXPECT_THAT(finde(u"ü"_s), ElementsAre(u"ended"_s));
+        ASSERT_EQ(m_tisch.boxes.size(), 1U);
+        EXPECT_THAT(m_tisch.boxes[0].text.toStdString(), HasSubstr("Fehlercode: "));
+        ASSERT_TRUE(datei.open(QFile::ReadOnly));
+        EXPECT_EQ(datei.readAll(), row.inhalt) << "nothing is written";
+        datei.close();
+    }
+}

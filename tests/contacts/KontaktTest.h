@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+#include "contacts/clKontakt.h"
+#include "platform/dao/embedded/EmbeddedEngine.h"
+#include "tests/fakes/Beispieldaten.h"
+#include "tests/fakes/FakeAct.h"
+#include "tests/fakes/FakeDesktop.h"
+#include "util/coding.h"
+
+/// The program's course without windows: boxes are recorded, and an end is only thrown.
+class FakeProgrammlauf : public Programmlauf
+{
+public:
+    explicit FakeProgrammlauf(FakeDesktop &tisch)
+        : m_tisch(tisch)
+    { }
+
+    bool regulaerBeendet = false;
+
+    void DoEvents() override { }
+    desktop::Answer MsgBox(const desktop::Box &box) override { return m_tisch.show(box); }
+
+protected:
+    void regulaeresEnde() override { regulaerBeendet = true; }
+    void sofortigesEnde() override { }
+
+private:
+    FakeDesktop &m_tisch;
+};
+
+/// Contacts over a real mapping of twelve fields.
+class KontaktTest : public testing::Test
+{
+protected:
+    KontaktTest() { m_SyncFelder.init(beispiel::erzeugeMapping(*m_engine, m_ordner.path()), coding::mappingZugriff()); }
+
+    clKontakt neuerKontakt()
+    {
+        clKontakt kontakt(m_konfiguration, m_programm);
+        kontakt.init(m_SyncFelder);
+        return kontakt;
+    }
+
+    QTemporaryDir m_ordner;
+    FakeDesktop m_tisch;
+    FakeAct m_act;
+    FakeProgrammlauf m_programm{m_tisch};
+    std::unique_ptr<dao::DBEngine> m_engine = dao::makeEmbeddedEngine();
+    clSyncFelder m_SyncFelder{*m_engine};
+    Konfiguration m_konfiguration = beispiel::konfiguration(QStringLiteral("PCK/"));
+};

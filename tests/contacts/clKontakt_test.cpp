@@ -1,0 +1,232 @@
+// One contact's values: what the filters make of them, and where they are kept.
+#include <gmock/gmock.h>
+
+#include <QDateTime>
+#include <QLocale>
+
+#include "tests/contacts/KontaktTest.h"
+
+using namespace Qt::StringLiterals;
+
+class Kontakt : public KontaktTest
+{
+protected:
+    clKontakt m_kontakt = neuerKontakt();
+};
+
+TEST_F(Kontakt, PhoneNumbersFromAutomation)
+{
+    // clang-format off
+    struct Row { const char *name; QString telefon; QString ergebnis; };
+    const Row rows[] = {
+        {"the blank behind the bracket is kept",   u"[49] 40 1234567"_s,               u"+49  40 1234567"_s},
+        {"without that blank",                     u"[49]40 1234567"_s,                u"+49 40 1234567"_s},
+        {"blanks within the brackets",             u"[ 41 ]44 5550011"_s,              u"+41 44 5550011"_s},
+        {"no country code",                        u"040 123456"_s,                    u"+49 040 123456"_s},
+        {"a plus of its own",                      u"+43 1 5330"_s,                    u"+49 +43 1 5330"_s},
+        {"closing bracket alone",                  u"49]40 12"_s,                      u"+49 40 12"_s},
+        {"opening bracket alone",                  u"[49 40 12"_s,                     u"+49 [49 40 12"_s},
+        {"brackets the wrong way round",           u"]49[40"_s,                        u"+ 49[40"_s},
+        {"empty brackets",                         u"[]40 12"_s,                       u"+ 40 12"_s},
+        {"twenty characters stay",                 u"[49]40 / 123-45-6789"_s,          u"+49 40 / 123-45-6789"_s},
+        {"one more loses its separators",          u"[49]40 / 123-45-67890"_s,         u"+49 401234567890"_s},
+        {"only a second pair does not count",      u"[49]40 [1] 2"_s,                  u"+49 40 [1] 2"_s},
+        {"long number without country code",       u"0171 / 555 00 11 - 22 33"_s,      u"+49 017155500112233"_s},
+        {"too long even as digits",                u"[49]1234567890123456789"_s,       u"1234567890123456789"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(m_kontakt.OLETelefonFilter(row.telefon).toStdString(), row.ergebnis.toStdString());
+        EXPECT_LE(row.ergebnis.size(), 20);
+    }
+}
+
+TEST_F(Kontakt, PhoneNumbersFromTheTable)
+{
+    // The mask's last character holds places 1 to 6, bit by bit from the lowest: D is place 3, B place 2, P place 5.
+    // clang-format off
+    struct Row { const char *name; QString telefon; QString ergebnis; };
+    const Row rows[] = {
+        {"separators at places 3 and 7",        u"49|40|@@@@AD5551234"_s,       u"+49 40 555 1234"_s},
+        {"no separators",                       u"49|40|@@@@@@5551234"_s,       u"+49 405551234"_s},
+        {"area of four digits",                 u"49|4101|@@@@@P55512"_s,       u"+49 4101 55512"_s},
+        {"area of one digit",                   u"43|1|@@@@@B53300"_s,          u"+43 1 53300"_s},
+        {"no area",                             u"49||@@@@@@110"_s,             u"+49 110"_s},
+        {"country code of three digits",        u"352|26|@@@@@D12345"_s,        u"+352 26 12345"_s},
+        {"place 1 gives no leading blank",      u"49|40|@@@@@A555"_s,           u"+49 40555"_s},
+        {"neighbouring places give one blank",  u"49|40|@@@@@L555"_s,           u"+49 40 555"_s},
+        {"places beyond the number",            u"49|40|O@@@@D555"_s,           u"+49 40 555"_s},
+        {"no digits",                           u"49|40|@@@@@D"_s,              u"+49 40"_s},
+        {"mask too short",                      u"49|40|@@@"_s,                 u"+49 40"_s},
+        {"nothing but the country",             u"49||"_s,                      u"+49"_s},
+        {"the tenth place",                     u"49|40|@@@@HD123456789"_s,     u"+49 40 123456 789"_s},
+        {"letters among the digits",            u"49|40|@@@@AD555 App 7"_s,     u"+49 40 555 App 7"_s},
+        {"too long: separators go",             u"49|4101|@@@DAP123456789012"_s, u"+49 4101123456789012"_s},
+        {"every place a separator, 21 count",   u"49|40|??????555"_s,           u"+49 40555"_s},
+        {"no country code stays as it stands",  u"|40|@@@@AD5551234"_s,         u"|40|@@@@AD5551234"_s},
+        {"plain text",                          u"040 / 55512-34"_s,            u"040 / 55512-34"_s},
+        {"plain text, too long",                u"040 / 555 12 34 - 567 89"_s,  u"040 555123456789"_s},
+        {"one separator is not the form",       u"49|40 123"_s,                 u"49|40 123"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(m_kontakt.DBF_Telefon_Filter(row.telefon).toStdString(), row.ergebnis.toStdString());
+        EXPECT_LE(row.ergebnis.size(), 20);
+    }
+}
+
+TEST_F(Kontakt, LongPhoneNumbersAreShortened)
+{
+    // clang-format off
+    struct Row { const char *name; QString telefon; QString ergebnis; };
+    const Row rows[] = {
+        {"empty",                             u""_s,                              u""_s},
+        {"blanks around",                     u"  040 12 "_s,                     u"040 12"_s},
+        {"twenty with blanks around",         u" 12345678901234567890 "_s,        u"12345678901234567890"_s},
+        {"first blank at place 3",            u"49 (0)40-123 45 67 89/10"_s,      u"49 04012345678910"_s},
+        {"first blank at place 5",            u"0049 (40) 123-45-67-8"_s,         u"0049 4012345678"_s},
+        {"first blank at place 6: no country", u"(040) 123 45 67 / 890"_s,        u"+49 0401234567890"_s},
+        {"a known country counts as digits",  u"+4940 1234567 / 890123"_s,        u"49401234567890123"_s},
+        {"no blank: digits only",             u"040/123-456-789-0123-4"_s,        u"04012345678901234"_s},
+        {"no blank, too long for ever",       u"0401234567890123456789"_s,        u"0401234567890123456789"_s},
+        {"still too long: the country goes",  u"+49 123456789012345678"_s,        u"123456789012345678"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(m_kontakt.TelefonTrim(row.telefon).toStdString(), row.ergebnis.toStdString());
+    }
+}
+
+TEST_F(Kontakt, FieldNamesDecideAboutTheFilter)
+{
+    const QString url(60, u'u');
+    // clang-format off
+    struct Row { const char *name; QVariant wert; QString feldname; QString ergebnis; };
+    const Row rows[] = {
+        {"phone",                     u"[49]40 1"_s,       u"Telefon"_s,         u"+49 40 1"_s},
+        {"within a name",             u"[49]40 1"_s,       u"Zweittelefonnr"_s,  u"+49 40 1"_s},
+        {"fax",                       u"[49]40 1"_s,       u"Telefax"_s,         u"+49 40 1"_s},
+        {"Fax",                       u"[49]40 1"_s,       u"FaxPrivat"_s,       u"+49 40 1"_s},
+        {"mobile",                    u"[49]40 1"_s,       u"Mobil"_s,           u"+49 40 1"_s},
+        {"automobile",                u"[49]40 1"_s,       u"Automobilclub"_s,   u"+49 40 1"_s},
+        {"handy",                     u"[49]40 1"_s,       u"handy2"_s,          u"+49 40 1"_s},
+        {"capitals match no keyword", u"[49]40 1"_s,       u"TELEFON"_s,         u"[49]40 1"_s},
+        {"an empty phone stays",      u"  "_s,             u"Telefon"_s,         u""_s},
+        {"a phone that is a number",  4711,                u"Telefon"_s,         u"+49 4711"_s},
+        {"unique id is filled up",    u"AB12"_s,           u"UNIQUE_ID"_s,       u"AB12        "_s},
+        {"unique id is not cut",      u"1234567890123"_s,  u"UNIQUE_ID"_s,       u"1234567890123"_s},
+        {"empty unique id",           QVariant(),          u"UNIQUE_ID"_s,       u"            "_s},
+        {"web address is cut",        url,                 u"URL"_s,             url.left(50)},
+        {"empty web address",         u""_s,               u"URL"_s,             u""_s},
+        {"exact names only",          url,                 u"Url"_s,             url},
+        {"anything else is trimmed",  u"  Äpfel "_s,       u"LEER"_s,            u"Äpfel"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QVariant wert = row.wert;
+        EXPECT_EQ(m_kontakt.OLE_Lese_Filter(wert, row.feldname), row.ergebnis);
+        EXPECT_EQ(wert.typeId(), QMetaType::QString) << "the variable becomes the text";
+        if (!row.ergebnis.startsWith(u'+')) {
+            wert = row.wert;
+            EXPECT_EQ(m_kontakt.DBF_Lese_Filter(wert, row.feldname), row.ergebnis);
+        }
+    }
+    QVariant gespeichert = u"49|40|@@@@AD5551234"_s;
+    EXPECT_EQ(m_kontakt.DBF_Lese_Filter(gespeichert, u"Telefax"_s), u"+49 40 555 1234"_s);
+    EXPECT_TRUE(m_tisch.boxes.empty());
+}
+
+TEST_F(Kontakt, ValuesBecomeText)
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    const QString falsch = u"Falscher Wert !"_s;
+    // clang-format off
+    struct Row { const char *name; QVariant wert; QString ergebnis; int gemeldet; };
+    const Row rows[] = {
+        {"Null",        QVariant(),                                     u""_s,      -1},
+        {"16 bit",      QVariant::fromValue<short>(-7),                 u"-7"_s,    -1},
+        {"32 bit",      123456,                                         u"123456"_s, -1},
+        {"single",      QVariant::fromValue(0.5F),                      u"0,5"_s,   -1},
+        {"double",      1234.25,                                        u"1234,25"_s, -1},
+        {"text",        u"\t Jörg  "_s,                                 u"Jörg"_s,  -1},
+        {"Empty",       QVariant::fromValue(nullptr),                   falsch,     0},
+        {"amount",      QVariant::fromValue(storage::Currency{12500}),  falsch,     6},
+        {"date",        QDateTime(QDate(2026, 11, 21), QTime(9, 0)),    falsch,     7},
+        {"object",      QVariant::fromValue(AutomationObjectPtr()),     falsch,     9},
+        {"yes/no",      true,                                           falsch,     11},
+        {"decimal",     QVariant::fromValue(storage::Decimal{u"1.5"_s}), falsch,    14},
+        {"byte",        QVariant::fromValue<uchar>(3),                  falsch,     17},
+        {"64 bit",      QVariant::fromValue<qlonglong>(3),              falsch,     20},
+        {"bytes",       QByteArray("ab"),                               falsch,     8209},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_tisch.boxes.clear();
+        EXPECT_EQ(m_kontakt.XString(row.wert), row.ergebnis);
+        const QStringList boxen = row.gemeldet < 0
+            ? QStringList()
+            : QStringList(u"%1 Typ bei XString nicht vorgesehen."_s.arg(row.gemeldet));
+        EXPECT_EQ(m_tisch.boxTexts(), boxen);
+    }
+    QLocale::setDefault(QLocale::c());
+}
+
+TEST_F(Kontakt, FieldsGoByNumberOrNeutralName)
+{
+    m_kontakt.Setze_Daten(u"Firma"_s, u"Alpha"_s);
+    m_kontakt.Setze_Daten(u"fax"_s, u"+49 40 1"_s);
+    m_kontakt.Setze_Daten(12, u"www.alpha.example"_s);
+    EXPECT_EQ(m_kontakt.Daten(1), u"Alpha"_s);
+    EXPECT_EQ(m_kontakt.Daten(QVariant::fromValue<short>(9)), u"+49 40 1"_s);
+    EXPECT_EQ(m_kontakt.Daten(u"URL"_s), u"www.alpha.example"_s);
+    for (const QVariant &daneben : {QVariant(0), QVariant(-3), QVariant(u"COMPANY"_s), QVariant(u"gibt es nicht"_s)}) {
+        m_kontakt.Setze_Daten(daneben, u"verloren"_s);
+        EXPECT_EQ(m_kontakt.Daten(daneben), u""_s);
+    }
+    for (const auto &code : std::initializer_list<std::function<void()>>{
+             [this] { m_kontakt.Daten(13); }, [this] { m_kontakt.Setze_Daten(13, u"x"_s); }}) {
+        try {
+            code();
+            ADD_FAILURE() << "a number beyond the mapping";
+        } catch (const RunTimeError &fehler) {
+            EXPECT_EQ(fehler.Number(), RunTimeError::SubscriptOutOfRange);
+        }
+    }
+    m_kontakt.init(m_SyncFelder);
+    EXPECT_EQ(m_kontakt.Daten(1), u""_s);
+}
+
+TEST_F(Kontakt, RoleLetterDecidesAboutTheIcon)
+{
+    for (const auto &[typ, icon] : {std::pair(u""_s, 1), {u"N"_s, 2}, {u"H"_s, 3}, {u"h"_s, 1}, {u"HN"_s, 1}}) {
+        m_kontakt.Typ = typ;
+        EXPECT_EQ(m_kontakt.IconNr(), icon) << typ.toStdString();
+    }
+}
+
+TEST_F(Kontakt, ReadsTheContactOnActsScreen)
+{
+    beispiel::Person person = beispiel::firmengruppe().front();
+    person.nummer = u" D010000 "_s; // key values are taken unfiltered
+    person.typ = u"H"_s;
+    m_act.contacts = {beispiel::alsAct(person)};
+    m_act.contacts[0][17] = QDateTime(QDate(2026, 1, 2), QTime(0, 0));
+    m_kontakt.lese_OLE_Werte(*m_act.contactWindow());
+    EXPECT_EQ(m_kontakt.UniqueID, u"ID0000000001"_s);
+    EXPECT_EQ(m_kontakt.Nummer, u" D010000 "_s);
+    EXPECT_EQ(m_kontakt.Mandant, u""_s);
+    EXPECT_EQ(m_kontakt.Typ, u"H"_s);
+    EXPECT_EQ(m_kontakt.Daten(u"Firma"_s), u"Hansen & Söhne GmbH"_s);
+    EXPECT_EQ(m_kontakt.Daten(u"Telefon"_s), u"+49 40 123456"_s);
+    EXPECT_EQ(m_kontakt.Daten(u"URL"_s), u"Falscher Wert !"_s);
+    EXPECT_EQ(m_tisch.boxTexts(), QStringList(u"7 Typ bei XString nicht vorgesehen."_s));
+    QStringList gelesen = m_act.callsOf(u"getfield"_s);
+    EXPECT_EQ(gelesen.mid(0, 6).join(u' '),
+              u"getfield(1) getfield(61) getfield(60) getfield(62) getfield(2) getfield(26)"_s);
+    EXPECT_EQ(gelesen.size(), 4 + 12);
+}
