@@ -47,6 +47,8 @@ QString textOf(const QVariant &value)
         return {};
     case QMetaType::Bool:
         return value.toBool() ? u"Wahr"_s : u"Falsch"_s;
+    case QMetaType::UChar: // Qt would take it for a letter
+        return QString::number(value.value<uchar>());
     case QMetaType::Float:
         return realText(static_cast<double>(value.toFloat()), 7);
     case QMetaType::Double:
