@@ -2,7 +2,8 @@
 #include "groupeditor/KontaktListe.h"
 
 #include <QHeaderView>
-#include <QResizeEvent>
+#include <QShowEvent>
+#include <QTextDocument>
 
 using namespace Qt::StringLiterals;
 
@@ -43,24 +44,23 @@ void KontaktListe::richteEin(const QStringList &felder, const Icons &icons)
     m_felder = static_cast<int>(felder.size());
     m_spalteFirma = static_cast<int>(felder.indexOf(u"Firma"_s)) + 1;
     setHeaderLabels(QStringList{u"Firma"_s} + felder + QStringList{u"Nummer"_s, u"Mandant"_s, u"UniqueID"_s});
-    verteileBreiten();
 }
 
 void KontaktListe::verteileBreiten()
 {
-    const int breite = viewport()->width();
     for (int spalte = 0; spalte < columnCount(); ++spalte) {
         const int teil = spalte == 0 ? 4 : spalte <= m_felder ? 5 : 7;
-        setColumnWidth(spalte, breite / teil);
+        setColumnWidth(spalte, width() / teil);
     }
 }
 
-// The columns follow the list's width until the window has its size; then they are the user's.
-void KontaktListe::resizeEvent(QResizeEvent *ereignis)
+// Only now the list has its size; from then on the widths are the user's.
+void KontaktListe::showEvent(QShowEvent *ereignis)
 {
-    QTreeWidget::resizeEvent(ereignis);
-    if (!isVisible())
+    QTreeWidget::showEvent(ereignis);
+    if (!m_breitenVerteilt)
         verteileBreiten();
+    m_breitenVerteilt = true;
 }
 
 void KontaktListe::entferne(int i)
@@ -96,10 +96,16 @@ void KontaktListe::setzeIcon(QTreeWidgetItem &item, int icon) const
 {
     item.setData(0, iconRolle, icon);
     item.setIcon(0, icon >= Unbekannt && icon <= Haupt ? m_icons[static_cast<std::size_t>(icon - 1)] : QIcon());
-    const QString rolle = rolleInWorten(icon);
+    beschrifte(item);
+}
+
+// The role in words, for those who cannot see or tell the icon; and all of a text that its column cuts.
+void KontaktListe::beschrifte(QTreeWidgetItem &item) const
+{
+    const QString rolle = rolleInWorten(icon(item));
     item.setData(0, Qt::AccessibleTextRole, item.text(0) + u", "_s + rolle);
     for (int spalte = 0; spalte < columnCount(); ++spalte)
-        item.setToolTip(spalte, rolle);
+        item.setToolTip(spalte, Qt::convertFromPlainText(rolle + u'\n' + item.text(spalte)));
 }
 
 void KontaktListe::setzeFirma(QTreeWidgetItem &item, const QString &firma) const
@@ -107,13 +113,14 @@ void KontaktListe::setzeFirma(QTreeWidgetItem &item, const QString &firma) const
     item.setText(0, firma);
     if (m_spalteFirma > 0)
         item.setText(m_spalteFirma, firma);
-    setzeIcon(item, icon(item)); // its spoken text names the company
+    beschrifte(item);
 }
 
 void KontaktListe::setzeKonto(QTreeWidgetItem &item, const QString &nummer, const QString &mandant) const
 {
     item.setText(spalteNummer(), nummer);
     item.setText(spalteNummer() + 1, mandant);
+    beschrifte(item);
 }
 
 bool KontaktListe::hatKonto(const QTreeWidgetItem &item, const QString &nummer, const QString &mandant) const

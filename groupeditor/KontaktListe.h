@@ -49,13 +49,15 @@ public:
     void fuelle(clKontakt &kontakt, const QTreeWidgetItem &item) const;
 
 protected:
-    void resizeEvent(QResizeEvent *ereignis) override;
+    void showEvent(QShowEvent *ereignis) override;
 
 private:
     int spalteNummer() const { return m_felder + 1; }
     void verteileBreiten();
+    void beschrifte(QTreeWidgetItem &item) const;
 
     Icons m_icons;
     int m_felder = 0; // number of mapped fields
+    bool m_breitenVerteilt = false;
     int m_spalteFirma = 0; // of the mapped field called "Firma"; 0: there is none
 };

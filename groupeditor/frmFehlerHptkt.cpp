@@ -1,13 +1,15 @@
 // The dialog about several main contacts in one group.
 #include "groupeditor/frmFehlerHptkt.h"
 
+#include <QHideEvent>
+#include <QWindow>
+
 #include "ui_frmFehlerHptkt.h"
 
 using namespace std::chrono_literals;
 
-frmFehlerHptkt::frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget *hauptfenster, std::function<void()> beiOK)
-    : QDialog(hauptfenster)
-    , m_ui(std::make_unique<Ui::frmFehlerHptkt>())
+frmFehlerHptkt::frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget &hauptfenster, std::function<void()> beiOK)
+    : m_ui(std::make_unique<Ui::frmFehlerHptkt>())
     , m_beiOK(std::move(beiOK))
 {
     m_ui->setupUi(this);
@@ -17,10 +19,19 @@ frmFehlerHptkt::frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget *hauptfenster
         raise();
     });
     m_Timer1.setInterval(300ms);
+    bleibeVor(hauptfenster);
     Form_Load(lvMitglieder);
 }
 
 frmFehlerHptkt::~frmFehlerHptkt() = default;
+
+// A window of its own, since both are unloaded by themselves, but never behind the main window.
+void frmFehlerHptkt::bleibeVor(QWidget &hauptfenster)
+{
+    winId(); // makes the windows, as does the next
+    hauptfenster.winId();
+    windowHandle()->setTransientParent(hauptfenster.windowHandle());
+}
 
 void frmFehlerHptkt::Form_Load(KontaktListe &lvMitglieder)
 {
@@ -41,9 +52,16 @@ void frmFehlerHptkt::showEvent(QShowEvent *ereignis)
     m_ui->cmdOK->setFocus();
 }
 
+// Hidden by its button, or with all forms at the program's end: then it must not come back by itself.
+void frmFehlerHptkt::hideEvent(QHideEvent *ereignis)
+{
+    if (!ereignis->spontaneous())
+        m_Timer1.stop();
+    QDialog::hideEvent(ereignis);
+}
+
 void frmFehlerHptkt::cmdOK_Click()
 {
-    m_Timer1.stop();
     hide();
     m_beiOK();
 }

@@ -20,14 +20,16 @@ class frmFehlerHptkt : public QDialog
 {
 public:
     /// `beiOK` shows the main window again.
-    frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget *hauptfenster, std::function<void()> beiOK);
+    frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget &hauptfenster, std::function<void()> beiOK);
     ~frmFehlerHptkt() override;
 
 protected:
     void showEvent(QShowEvent *ereignis) override;
+    void hideEvent(QHideEvent *ereignis) override;
     void reject() override { cmdOK_Click(); } // Esc and the window's own button
 
 private:
+    void bleibeVor(QWidget &hauptfenster);
     void Form_Load(KontaktListe &lvMitglieder);
     void cmdOK_Click();
 

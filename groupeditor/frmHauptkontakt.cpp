@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QScreen>
 
 #include "groupeditor/frmFehlerHptkt.h"
 #include "ui_frmHauptkontakt.h"
@@ -27,6 +28,18 @@ void behaltePlatz(QWidget *widget)
     widget->setSizePolicy(regel);
 }
 
+// White on dark red is readable on light and dark desktops alike; the filled box shows without the colour, too.
+void gestalteAlsWarnung(QLabel *label)
+{
+    QPalette farben = label->palette();
+    farben.setColor(QPalette::Window, QColor(0xb0, 0x00, 0x20));
+    farben.setColor(QPalette::WindowText, Qt::white);
+    label->setPalette(farben);
+    label->setAutoFillBackground(true);
+    label->setMargin(4);
+    label->hide();
+}
+
 void setzeVerfuegbar(QPushButton *knopf, bool verfuegbar)
 {
     knopf->setEnabled(verfuegbar);
@@ -45,6 +58,10 @@ frmHauptkontakt::frmHauptkontakt(Haupt &haupt)
     for (QWidget *widget : std::initializer_list<QWidget *>{m_ui->cmdHauptkontakt, m_ui->cmdTransfer, m_ui->cmdFertig,
                                                             m_ui->lbHaupt, m_ui->lbFirma})
         behaltePlatz(widget);
+    for (QLabel *warnung : {m_ui->lbHaupt, m_ui->lbFirma})
+        gestalteAlsWarnung(warnung);
+    setzeKnoepfe(0); // where a flag number leaves the buttons as they are, a main contact can be chosen
+    resize(size().boundedTo(screen()->availableSize()));
     verbinde();
     Form_Load();
 }

@@ -12,6 +12,7 @@ namespace Ui {
 class frmHauptkontakt;
 }
 class frmFehlerHptkt;
+class frmÜbertragung;
 
 /// The main window: contacts are searched, gathered into one company group and given their roles; the transfer and the
 /// write-back of a group that is already in PC-Kaufmann start here.
@@ -71,7 +72,8 @@ private:
 
     Haupt &m_haupt;
     std::unique_ptr<Ui::frmHauptkontakt> m_ui;
-    std::unique_ptr<frmFehlerHptkt> m_frmFehlerHptkt;
+    frmFehlerHptkt *m_frmFehlerHptkt = nullptr; // loaded on first showing, as the next
+    frmÜbertragung *m_frmUebertragung = nullptr;
     QTimer m_Timer1;
     bool m_hatHaupt = false;
     bool m_hatNeben = false;

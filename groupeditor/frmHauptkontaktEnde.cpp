@@ -23,9 +23,10 @@ void frmHauptkontakt::cmdTransfer_Click()
     m_Timer1.stop();
     hide();
     m_haupt.DoEvents();
-    frmÜbertragung &dialog = m_haupt.lade(std::make_unique<frmÜbertragung>(m_haupt));
-    dialog.show();
-    dialog.activateWindow();
+    if (!m_frmUebertragung)
+        m_frmUebertragung = &m_haupt.lade(std::make_unique<frmÜbertragung>(m_haupt));
+    m_frmUebertragung->show();
+    m_frmUebertragung->activateWindow();
 }
 
 void frmHauptkontakt::cmdFertig_Click()

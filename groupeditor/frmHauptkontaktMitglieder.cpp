@@ -75,6 +75,8 @@ void frmHauptkontakt::übernimmGruppe(int i)
     sucheKontakte(m_haupt.Kontakt->Daten(u"Firma"_s).left(4), lvMitglieder().mandant(bezug),
                   lvMitglieder().nummer(bezug));
     übertrageRest(lvMitglieder().Item(1));
+    checkFlags(); // the search may have brought members without it
+    m_haupt.DoEventsUndWarten(); // an item that is still there, and still selected, is taken again
 }
 
 void frmHauptkontakt::übertrageRest(const QTreeWidgetItem &item)
@@ -172,8 +174,9 @@ void frmHauptkontakt::checkeHauptkontakte()
         anzahl += KontaktListe::icon(lvMitglieder().Item(i)) == KontaktListe::Haupt ? 1 : 0;
     if (anzahl <= 1)
         return;
-    if (!m_frmFehlerHptkt)
-        m_frmFehlerHptkt = std::make_unique<frmFehlerHptkt>(lvMitglieder(), this, [this] { show(); });
+    if (!m_frmFehlerHptkt) {
+        m_frmFehlerHptkt = &m_haupt.lade(std::make_unique<frmFehlerHptkt>(lvMitglieder(), *this, [this] { show(); }));
+    }
     m_frmFehlerHptkt->show();
     m_hatHaupt = false;
     m_hatNeben = true;
