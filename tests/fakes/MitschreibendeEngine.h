@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QStringList>
+
+#include "platform/dao/Dao.h"
+
+/// A database engine that writes down what is asked of another one, and lets a test step in before each statement.
+class MitschreibendeEngine : public dao::DBEngine
+{
+public:
+    explicit MitschreibendeEngine(std::unique_ptr<dao::DBEngine> engine);
+    ~MitschreibendeEngine() override;
+
+    QStringList protokoll; ///< "CreateWorkspace(...)", "OpenDatabase(file, connect)", "Close(workspace)", and all SQL
+    /// Called with each statement before it runs; may throw in its place.
+    std::function<void(const QString &sql)> vorher;
+    /// The engine behind, past the record.
+    dao::DBEngine &dahinter() { return *m_engine; }
+
+    std::shared_ptr<dao::Workspace> CreateWorkspace(const QString &name, const QString &user,
+                                                    const QString &password) override;
+    void AppendWorkspace(std::shared_ptr<dao::Workspace> workspace) override;
+    std::shared_ptr<dao::Database> OpenDatabase(const QString &name, int options, bool readOnly,
+                                                const QString &connect) override;
+    std::shared_ptr<dao::Database> CreateDatabase(const QString &name, const QString &connect,
+                                                  Version version) override;
+
+private:
+    std::unique_ptr<dao::DBEngine> m_engine;
+};

@@ -1,0 +1,120 @@
+// Finding clients, their passwords, opening and closing.
+#include <QFile>
+
+#include "tests/pck/PckTest.h"
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Mandanten : public PckTest
+{
+protected:
+    void SetUp() override
+    {
+        beispiel::erzeugeMandant(m_engine.dahinter(), pfad(u"Alt.PCK"_s));
+        beispiel::erzeugeMandant(m_engine.dahinter(), pfad(u"Geheim.PCK"_s), u"Sesam"_s);
+        QFile kaputt(pfad(u"Kaputt.PCK"_s));
+        ASSERT_TRUE(kaputt.open(QIODevice::WriteOnly));
+        kaputt.write(QByteArray(5000, 'x'));
+        kaputt.close();
+        m_gefunden = m_pck.init(m_ordner.path() + u'/');
+    }
+    bool offen()
+    {
+        m_tisch.boxes.clear();
+        m_pck.Anzahl_Preislisten();
+        return m_tisch.boxes.empty();
+    }
+
+    bool m_gefunden = false;
+};
+
+TEST_F(Mandanten, AreTheFilesOfTheFolder)
+{
+    EXPECT_TRUE(m_gefunden);
+    EXPECT_EQ(m_pck.PckAnzahl(), 3);
+    EXPECT_EQ(m_pck.Mandanten(0), u"Alt.PCK"_s);
+    EXPECT_EQ(m_pck.Mandanten(2), u"Kaputt.PCK"_s);
+    EXPECT_EQ(fehlernummer([this] { m_pck.Mandanten(3); }), 9);
+    EXPECT_EQ(fehlernummer([this] { m_pck.Mandanten(-1); }), 9);
+
+    const QTemporaryDir leer;
+    EXPECT_FALSE(m_pck.init(leer.path() + u'/'));
+    EXPECT_EQ(m_pck.PckAnzahl(), 0);
+}
+
+TEST_F(Mandanten, PasswordTestDiffersByNameAndByIndex)
+{
+    // clang-format off
+    struct Row { const char *name; QVariant mandant; QString kennwort; std::optional<bool> ergebnis; bool offen; int fehler; };
+    const Row rows[] = {
+        {"by name, none needed",       u"Alt.PCK"_s,    u""_s,      true,         true,  0},
+        {"by name, right",             u"Geheim.PCK"_s, u"Sesam"_s, true,         true,  0},
+        {"by name, wrong",             u"Geheim.PCK"_s, u"sesam"_s, false,        false, 0},
+        {"by name, no such file",      u"Neu.PCK"_s,    u""_s,      std::nullopt, false, 3024},
+        {"by name, no database",       u"Kaputt.PCK"_s, u""_s,      std::nullopt, false, 3343},
+        {"by index, right",            1,               u"Sesam"_s, true,         false, 0},
+        {"by index, wrong",            1,               u""_s,      std::nullopt, false, 3031},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_tisch.boxes.clear();
+        std::optional<bool> ergebnis;
+        m_programm.sofortBeendet = false;
+        try {
+            ergebnis = m_pck.test_Passwort(row.mandant, row.kennwort);
+        } catch (const ProgrammBeendet &) {
+            ASSERT_EQ(m_tisch.boxes.size(), 1U);
+            EXPECT_EQ(m_tisch.boxes[0].icon, desktop::Icon::Exclamation);
+            EXPECT_TRUE(m_tisch.boxes[0].text.startsWith(u"Fehler !\r\n%1:"_s.arg(row.fehler)));
+        }
+        EXPECT_EQ(ergebnis, row.ergebnis);
+        EXPECT_EQ(m_programm.sofortBeendet, !row.ergebnis.has_value());
+        EXPECT_EQ(offen(), row.offen);
+        m_pck.close_Mandant();
+    }
+    EXPECT_EQ(fehlernummer([this] { m_pck.test_Passwort(3, {}); }), 9);
+}
+
+TEST_F(Mandanten, AreOpenedByNameOrIndexAndAskForThePasswordOnce)
+{
+    QVariant mandant = u"Geheim.PCK"_s;
+    m_abfrage.antworten = {u"falsch"_s, u"Sesam"_s};
+    EXPECT_TRUE(m_pck.open_Mandant(mandant));
+    EXPECT_EQ(mandant, QVariant(1));
+    EXPECT_THAT(m_abfrage.gefragt, ElementsAre(u"Geheim.PCK"_s, u"Geheim.PCK"_s));
+    m_pck.close_Mandant();
+    EXPECT_TRUE(m_pck.open_Mandant(mandant)) << "by index, with the remembered password";
+    EXPECT_EQ(m_abfrage.gefragt.size(), 2);
+    EXPECT_TRUE(offen());
+
+    mandant = u"Fremd.PCK"_s;
+    EXPECT_EQ(fehlernummer([&] { m_pck.open_Mandant(mandant); }), 9);
+    EXPECT_TRUE(m_tisch.boxes.empty());
+}
+
+TEST_F(Mandanten, StayClosedWhenTheUserGivesUp)
+{
+    QVariant mandant = u"Geheim.PCK"_s;
+    m_abfrage.antworten = {u"falsch"_s};
+    EXPECT_FALSE(m_pck.open_Mandant(mandant));
+    EXPECT_FALSE(offen());
+    EXPECT_EQ(m_pck.NeueNummer(1, u"D"_s, 0), u"Kein Zugriff !"_s);
+    EXPECT_EQ(m_abfrage.gefragt.size(), 3);
+}
+
+TEST_F(Mandanten, ShareOneWorkspaceUntilTheyAreClosed)
+{
+    QVariant mandant = 0;
+    m_pck.open_Mandant(mandant);
+    m_pck.close_Mandant();
+    m_pck.close_Mandant();
+    m_pck.open_Mandant(mandant);
+    m_pck.test_Passwort(1, u"Sesam"_s);
+    const QString alt = u"OpenDatabase(Alt.PCK, ;DATABASE=Alt.PCK;PWD=)"_s;
+    EXPECT_THAT(m_engine.protokoll,
+                ElementsAre(u"CreateWorkspace(TEST)"_s, alt, alt, u"Close(TEST)"_s, u"CreateWorkspace(TEST)"_s, alt,
+                            alt, u"OpenDatabase(Geheim.PCK, ;DATABASE=Geheim.PCK;PWD=Sesam)"_s));
+}
