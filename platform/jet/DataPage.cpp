@@ -115,6 +115,15 @@ SlotKind DataPage::kind(std::size_t slot) const
     return kindOf(readLE<std::uint16_t>(*m_page, slotAt(*m_format, slot)));
 }
 
+bool DataPage::isVacant() const
+{
+    for (std::size_t slot = 0; slot < m_slotCount; ++slot) {
+        if (kind(slot) != SlotKind::Deleted)
+            return false;
+    }
+    return true;
+}
+
 Bytes DataPage::row(std::size_t slot) const
 {
     if (slot >= m_slotCount)
@@ -215,15 +224,6 @@ void DataPageWriter::replaceByPointer(std::size_t slot, RowPointer target)
 void DataPageWriter::erase(std::size_t slot)
 {
     replace(slot, {}, SlotKind::Deleted);
-}
-
-bool DataPageWriter::isVacant() const
-{
-    for (std::size_t slot = 0; slot < slotCount(); ++slot) {
-        if (kindOf(slotWord(slot)) != SlotKind::Deleted)
-            return false;
-    }
-    return true;
 }
 
 MutableBytes DataPageWriter::bytes(std::size_t slot)

@@ -35,6 +35,8 @@ public:
     std::size_t slotCount() const { return m_slotCount; }
     std::size_t freeBytes() const { return m_free; }
     SlotKind kind(std::size_t slot) const;
+    /// True when every slot is deleted.
+    bool isVacant() const;
     /// The bytes of a row; of a deleted slot what is left. Valid as long as this object.
     storage::Bytes row(std::size_t slot) const;
     /// Where a moved row's body is.
@@ -75,8 +77,6 @@ public:
     void replace(std::size_t slot, storage::Bytes row, SlotKind kind);
     void replaceByPointer(std::size_t slot, RowPointer target);
     void erase(std::size_t slot);
-    /// True when every slot is deleted.
-    bool isVacant() const;
     /// A row's bytes, for changes that keep its length.
     storage::MutableBytes bytes(std::size_t slot);
 

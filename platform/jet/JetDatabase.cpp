@@ -6,11 +6,15 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/JetTable.h"
+#include "platform/jet/NewDatabase.h"
 #include "platform/jet/Relationships.h"
+#include "platform/jet/SchemaWriter.h"
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/TextKey.h"
+#include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
+using storage::StorageError;
 
 namespace jet {
 
@@ -34,6 +38,16 @@ TextCodec codecOf(const FileHeader &header)
 }
 
 } // namespace
+
+std::unique_ptr<storage::Database> JetDriver::open(const storage::OpenRequest &request)
+{
+    return std::make_unique<JetDatabase>(std::make_unique<PageFile>(request));
+}
+
+std::unique_ptr<storage::Database> JetDriver::create(const storage::OpenRequest &request, storage::FileVersion version)
+{
+    return std::make_unique<JetDatabase>(createDatabase(request, version));
+}
 
 JetDatabase::JetDatabase(std::unique_ptr<PageFile> file)
     : m_file(std::move(file))
@@ -118,6 +132,78 @@ std::vector<storage::Relationship> JetDatabase::relationships() const
 {
     m_file->refresh();
     return withPlace([this] { return m_file->path(); }, [this] { return readRelationships(*m_file, m_codec); });
+}
+
+void JetDatabase::createTable(const storage::TableSchema &schema)
+{
+    changeSchema([&](SchemaWriter &writer) {
+        if (findTable(schema.name))
+            throw StorageError(StorageError::AlreadyExists, u"Die Tabelle %1 gibt es schon."_s.arg(schema.name),
+                               schema.name);
+        writer.createTable(schema);
+    });
+}
+
+void JetDatabase::createIndex(const QString &table, const storage::Index &index)
+{
+    changeSchema([&](SchemaWriter &writer) {
+        const CatalogEntry &entry = requireTable(table);
+        const JetTable::KnownPtr known = tableOf(entry).known();
+        writer.createIndex(entry.id, known->map.columns, index);
+    });
+}
+
+void JetDatabase::createRelationship(const storage::Relationship &relationship)
+{
+    changeSchema([&](SchemaWriter &writer) {
+        for (const storage::Relationship &other : relationships()) {
+            if (other.name.compare(relationship.name, Qt::CaseInsensitive) == 0) {
+                throw StorageError(StorageError::AlreadyExists,
+                                   u"Die Beziehung %1 gibt es schon."_s.arg(relationship.name), relationship.name);
+            }
+        }
+        const PageNo table = requireTable(relationship.table).id;
+        writer.createRelationship(relationship, table, requireTable(relationship.foreignTable).id);
+    });
+}
+
+void JetDatabase::dropTable(const QString &name)
+{
+    changeSchema([&](SchemaWriter &writer) {
+        const CatalogEntry entry = requireTable(name);
+        for (const storage::Relationship &relationship : relationships()) {
+            for (const QString &table : {relationship.table, relationship.foreignTable}) {
+                if (table.compare(entry.name, Qt::CaseInsensitive) == 0) {
+                    throw StorageError(
+                        StorageError::Unsupported,
+                        u"Die Tabelle %1 nimmt an der Beziehung %2 teil und kann nicht gelöscht werden."_s.arg(
+                            entry.name, relationship.name),
+                        entry.name);
+                }
+            }
+        }
+        writer.dropTable(entry.id);
+    });
+}
+
+const CatalogEntry &JetDatabase::requireTable(const QString &name) const
+{
+    const CatalogEntry *entry = findTable(name);
+    if (!entry || !entry->isUserTable())
+        throw StorageError(StorageError::NoSuchTable, u"Die Tabelle %1 gibt es nicht."_s.arg(name), name);
+    return *entry;
+}
+
+void JetDatabase::changeSchema(const std::function<void(SchemaWriter &)> &change)
+{
+    withPlace([this] { return m_file->path(); },
+              [&] {
+                  PageScope scope(*m_file);
+                  SchemaWriter writer(*m_file, m_codec);
+                  change(writer);
+                  scope.commit();
+              });
+    catalogChanged();
 }
 
 } // namespace jet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -12,6 +13,7 @@
 namespace jet {
 
 class JetTable;
+class SchemaWriter;
 
 /// Opens and makes Jet 3 and Jet 4 files.
 class JetDriver final : public storage::Driver
@@ -54,14 +56,17 @@ public:
 
 private:
     const CatalogEntry *findTable(const QString &name) const;
+    /// Throws NoSuchTable.
+    const CatalogEntry &requireTable(const QString &name) const;
     JetTable &tableOf(const CatalogEntry &entry);
+    void changeSchema(const std::function<void(SchemaWriter &)> &change);
 
     std::unique_ptr<PageFile> m_file;
     TextCodec m_codec;
     mutable std::vector<CatalogEntry> m_entries{};
     mutable std::uint64_t m_entriesGeneration = 0;
     mutable bool m_entriesRead = false;
-    std::map<PageNo, std::unique_ptr<JetTable>> m_tables{};
+    std::map<PageNo, std::unique_ptr<JetTable>> m_tables;
 };
 
 } // namespace jet

@@ -130,10 +130,9 @@ RowPointer placePiece(PageStore &store, const ColumnDef &column, Bytes row)
 
 void freePiece(PageStore &store, const ColumnDef &column, RowPointer where)
 {
-    DataPageWriter writer(store, where.page);
-    writer.erase(where.row);
+    DataPageWriter(store, where.page).erase(where.row);
     UsageMap free(store, column.longFreeMap);
-    if (!writer.isVacant()) {
+    if (!DataPage(store, where.page).isVacant()) {
         free.add(where.page);
         return;
     }
@@ -208,13 +207,17 @@ QByteArray writeLongValue(PageStore &store, const ColumnDef &column, Bytes conte
     return makeField(length | singleFlag, placePiece(store, column, content));
 }
 
-void freeLongValue(PageStore &store, const ColumnDef &column, Bytes field)
+std::vector<RowPointer> longValueRows(PageStore &store, Bytes field)
 {
     const Header header = parseHeader(field);
     if (header.inRow)
-        return;
-    const std::vector<RowPointer> rows = header.single ? std::vector{header.first} : chain(store, header);
-    for (const RowPointer where : rows) {
+        return {};
+    return header.single ? std::vector{header.first} : chain(store, header);
+}
+
+void freeLongValue(PageStore &store, const ColumnDef &column, Bytes field)
+{
+    for (const RowPointer where : longValueRows(store, field)) {
         readPiece(store, where);
         freePiece(store, column, where);
     }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <vector>
+
 #include <QByteArray>
 
 #include "platform/jet/PageStore.h"
+#include "platform/jet/RowPointer.h"
 #include "platform/jet/TableDef.h"
 #include "platform/storage/Bytes.h"
 
@@ -18,6 +21,9 @@ QByteArray writeLongValue(PageStore &store, const ColumnDef &column, storage::By
 
 /// Frees what a field keeps outside of its row.
 void freeLongValue(PageStore &store, const ColumnDef &column, storage::Bytes field);
+
+/// The rows that a field keeps outside of its own, in order. Throws as readLongValue does.
+std::vector<RowPointer> longValueRows(PageStore &store, storage::Bytes field);
 
 /// Whether the field keeps its content in the row itself.
 bool isInRow(storage::Bytes field);

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
+#include "platform/jet/FileHeader.h"
 #include "platform/jet/RowPointer.h"
+#include "platform/jet/TableDef.h"
 
 /// Fixed places and numbers of the catalog.
 namespace jet {
@@ -28,5 +31,8 @@ enum ObjectType : std::int16_t { TableObject = 1, DatabaseObject = 2, ContainerO
 
 inline constexpr std::uint32_t systemObjectFlag = 0x80000000;
 inline constexpr std::uint32_t hiddenObjectFlags = 0x80000002; ///< none of these: a user's table
+
+/// The four system tables of a new database, without maps and trees, on their fixed pages.
+std::vector<TableDef> systemTables(const FileHeader &header);
 
 } // namespace jet

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/jet/PageFile.h"
 #include "platform/jet/PageStore.h"
 #include "platform/jet/TableDef.h"
 #include "platform/jet/TextCodec.h"
@@ -15,7 +16,7 @@ TableDef readTableDef(PageStore &store, const TextCodec &codec, PageNo page);
 std::vector<PageNo> tableDefPages(PageStore &store, PageNo page);
 
 /// Writes a definition to its page and as many further ones as it needs; surplus pages are released.
-void writeTableDef(PageStore &store, const TextCodec &codec, const TableDef &def);
+void writeTableDef(PageFile &file, const TextCodec &codec, const TableDef &def);
 
 /// The counters of a definition, which change with the rows; they are always read from and written to the file.
 class TableCounters

@@ -1,0 +1,247 @@
+// Rows with their long values, index entries and counters.
+#include "platform/jet/TableWriter.h"
+
+#include <algorithm>
+
+#include "platform/jet/Damage.h"
+#include "platform/jet/FieldReader.h"
+#include "platform/jet/Format.h"
+#include "platform/jet/IndexTree.h"
+#include "platform/jet/LongValue.h"
+#include "platform/jet/RowStore.h"
+#include "platform/jet/TableDefFile.h"
+#include "platform/jet/ValueCodec.h"
+#include "platform/storage/StorageError.h"
+
+using namespace Qt::StringLiterals;
+using storage::Bytes;
+using storage::StorageError;
+using storage::Value;
+
+namespace jet {
+
+namespace {
+
+Bytes bytesOf(const QByteArray &array)
+{
+    return std::as_bytes(std::span(array.constData(), static_cast<std::size_t>(array.size())));
+}
+
+bool isKnown(const ColumnDef &column)
+{
+    switch (column.type) {
+    case ColumnType::Boolean:
+    case ColumnType::Byte:
+    case ColumnType::Integer:
+    case ColumnType::Long:
+    case ColumnType::Currency:
+    case ColumnType::Single:
+    case ColumnType::Double:
+    case ColumnType::DateTime:
+    case ColumnType::Binary:
+    case ColumnType::Text:
+    case ColumnType::LongBinary:
+    case ColumnType::Memo:
+    case ColumnType::Guid:
+    case ColumnType::Numeric:
+        return true;
+    case ColumnType::FixedBinary:
+        break;
+    }
+    return false;
+}
+
+} // namespace
+
+TableWriter::TableWriter(PageFile &file, const TextCodec &codec, const TableDef &def)
+    : m_file(file)
+    , m_codec(codec)
+    , m_def(def)
+{
+    requireKeepable();
+}
+
+void TableWriter::requireKeepable() const
+{
+    for (const ColumnDef &column : m_def.columns) {
+        if (!isKnown(column)) {
+            throw StorageError(
+                StorageError::Unsupported,
+                u"Die Spalte %1 hat einen Datentyp (%2), der nicht geschrieben werden kann."_s.arg(column.name)
+                    .arg(static_cast<int>(column.type)),
+                column.name);
+        }
+    }
+    for (std::size_t i = 0; i < m_def.indexes.size(); ++i) {
+        if (keySupport(m_def, m_def.indexes[i], m_file.isJet4(), m_file.header().codePage) == KeySupport::None) {
+            throw StorageError(
+                StorageError::Unsupported,
+                u"Die Sortierfolge des Index %1 ist nicht bekannt; die Tabelle kann nur gelesen werden."_s.arg(
+                    indexName(i)),
+                indexName(i));
+        }
+    }
+}
+
+RowPointer TableWriter::insert(std::span<const ColumnValue> values)
+{
+    RowBuilder builder(m_def, m_file.isJet4());
+    for (const ColumnValue &value : values)
+        setValue(builder, value);
+    const std::vector<std::byte> row = fittingRow(builder);
+    const RowPointer where = RowStore(m_file, m_def).insert(row);
+    const RowView view(row, where, m_def, m_file.isJet4());
+    for (std::size_t i = 0; i < m_def.indexes.size(); ++i)
+        insertKey(i, keyOf(m_def.indexes[i], view), where);
+    TableCounters(m_file, m_def.page).addRows(1);
+    return where;
+}
+
+void TableWriter::update(const FoundRow &row, std::span<const ColumnValue> values)
+{
+    RowBuilder builder(m_def, m_file.isJet4(), row.view);
+    std::vector<std::optional<RowKey>> before;
+    for (const IndexDef &index : m_def.indexes)
+        before.push_back(keyOf(index, row.view));
+    for (const ColumnValue &value : values) {
+        freeLong(*value.column, row.view);
+        setValue(builder, value);
+    }
+    const std::vector<std::byte> bytes = fittingRow(builder);
+    RowStore(m_file, m_def).update(row.home, bytes);
+    const RowView view(bytes, row.home, m_def, m_file.isJet4());
+    for (std::size_t i = 0; i < m_def.indexes.size(); ++i) {
+        const auto after = keyOf(m_def.indexes[i], view);
+        if (after.has_value() == before[i].has_value() && (!after || after->key == before[i]->key))
+            continue;
+        removeKey(i, before[i], row.home);
+        insertKey(i, after, row.home);
+    }
+}
+
+void TableWriter::remove(const FoundRow &row)
+{
+    for (std::size_t i = 0; i < m_def.indexes.size(); ++i)
+        removeKey(i, keyOf(m_def.indexes[i], row.view), row.home);
+    for (const ColumnDef &column : m_def.columns)
+        freeLong(column, row.view);
+    RowStore(m_file, m_def).remove(row.home);
+    TableCounters(m_file, m_def.page).addRows(-1);
+}
+
+void TableWriter::setValue(RowBuilder &builder, const ColumnValue &value)
+{
+    const ColumnDef &column = *value.column;
+    if (column.type == ColumnType::Boolean)
+        builder.setBoolean(column, std::get<bool>(value.value));
+    else if (storage::isNull(value.value))
+        builder.setField(column, std::nullopt);
+    else if (column.isLong())
+        builder.setField(column, writeLongValue(m_file, column, bytesOf(encodeValue(column, value.value, m_codec))));
+    else
+        builder.setField(column, encodeValue(column, value.value, m_codec));
+}
+
+/// The row's bytes; long values that stand in the row leave it, the longest first, as far as needed.
+std::vector<std::byte> TableWriter::fittingRow(RowBuilder &builder)
+{
+    const std::size_t limit = formatOf(m_file).rowLimit;
+    std::vector<std::byte> row = builder.build();
+    while (row.size() > limit) {
+        const ColumnDef *longest = nullptr;
+        for (const ColumnDef &column : m_def.columns) {
+            if (!column.isLong() || !builder.field(column) || !isInRow(bytesOf(*builder.field(column))))
+                continue;
+            if (!longest || builder.field(column)->size() > builder.field(*longest)->size())
+                longest = &column;
+        }
+        const qsizetype before = longest ? builder.field(*longest)->size() : 0;
+        if (longest)
+            moveOutOfRow(builder, *longest);
+        if (!longest || builder.field(*longest)->size() == before) {
+            throw StorageError(
+                StorageError::TooLong,
+                u"Der Datensatz ist mit %1 Bytes zu lang; %2 sind möglich."_s.arg(row.size()).arg(limit));
+        }
+        row = builder.build();
+    }
+    return row;
+}
+
+void TableWriter::moveOutOfRow(RowBuilder &builder, const ColumnDef &column)
+{
+    const QByteArray content = readLongValue(m_file, bytesOf(*builder.field(column)));
+    builder.setField(column, writeLongValue(m_file, column, bytesOf(content), false));
+}
+
+void TableWriter::freeLong(const ColumnDef &column, const RowView &row)
+{
+    if (!column.isLong())
+        return;
+    if (const auto field = row.field(column))
+        freeLongValue(m_file, column, *field);
+}
+
+std::optional<TableWriter::RowKey> TableWriter::keyOf(const IndexDef &index, const RowView &row) const
+{
+    std::vector<Value> values;
+    for (const IndexColumnDef &part : index.columns)
+        values.push_back(readField(m_file, m_codec, row, *m_def.column(part.column)));
+    return keyOf(index, values);
+}
+
+std::optional<TableWriter::RowKey> TableWriter::keyOf(const IndexDef &index, std::span<const Value> values) const
+{
+    const auto nulls = std::ranges::count_if(values, storage::isNull);
+    if (index.ignoresNulls() && static_cast<std::size_t>(nulls) == values.size())
+        return std::nullopt;
+    return RowKey{IndexKeyMaker(m_def, index, m_file.isJet4()).make(values), nulls > 0};
+}
+
+void TableWriter::insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row)
+{
+    const IndexDef &def = m_def.indexes[index];
+    if (key && key->hasNull && def.isRequired()) {
+        throw StorageError(StorageError::Required, u"Der Index %1 lässt kein leeres Feld zu."_s.arg(indexName(index)),
+                           indexName(index));
+    }
+    if (!key)
+        return;
+    const auto duplicates
+        = def.isUnique() && !key->hasNull ? IndexTree::Duplicates::Refused : IndexTree::Duplicates::Allowed;
+    switch (IndexTree(m_file, def, m_def.page).insert(key->key, row, duplicates)) {
+    case IndexTree::Inserted::Refused:
+        throw StorageError(StorageError::Duplicate,
+                           u"Im eindeutigen Index %1 gibt es diesen Wert schon."_s.arg(indexName(index)),
+                           indexName(index));
+    case IndexTree::Inserted::NewKey:
+        TableCounters(m_file, m_def.page).countDistinctKey(index);
+        break;
+    case IndexTree::Inserted::KnownKey:
+        break;
+    }
+}
+
+void TableWriter::removeKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row)
+{
+    if (key)
+        IndexTree(m_file, m_def.indexes[index], m_def.page).remove(key->key, row);
+}
+
+void TableWriter::fillIndex(std::size_t index)
+{
+    RowScan scan(m_file, m_def);
+    while (scan.next())
+        insertKey(index, keyOf(m_def.indexes[index], scan.row().view), scan.row().home);
+}
+
+QString TableWriter::indexName(std::size_t index) const
+{
+    for (const LogicalIndexDef &logical : m_def.logicalIndexes) {
+        if (logical.real == index)
+            return logical.name;
+    }
+    return QString::number(index);
+}
+
+} // namespace jet
