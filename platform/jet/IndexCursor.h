@@ -9,12 +9,6 @@
 
 namespace jet {
 
-/// One end of a range of keys: a key of the index's first columns. The end lies before or behind all that begin so.
-struct KeyBound {
-    KeyBytes key;
-    bool inclusive = true;
-};
-
 /// Walks over an index's entries between two ends, in order or backwards. A write to the table ends it.
 ///
 /// Errors  StorageError::Damaged, also when the tree's pages and their links tell different stories.

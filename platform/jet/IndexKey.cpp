@@ -198,35 +198,52 @@ KeyBytes IndexKeyMaker::make(std::span<const Value> values) const
 {
     Q_ASSERT(values.size() <= m_columns.size());
     KeyBytes key;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        append(m_columns[i], values[i], key);
+    return key;
+}
+
+KeyBound IndexKeyMaker::bound(std::span<const Value> values, bool inclusive) const
+{
+    Q_ASSERT(values.size() <= m_columns.size());
+    KeyBound bound{{}, inclusive};
     for (std::size_t i = 0; i < values.size(); ++i) {
         const Part &part = m_columns[i];
-        if (storage::isNull(values[i])) {
-            key.push_back(part.ascending ? nullAscending : nullDescending);
+        const auto *text = std::get_if<QString>(&values[i]);
+        if (part.type != ColumnType::Text || text == nullptr) {
+            append(part, values[i], bound.key);
             continue;
         }
-        key.push_back(part.ascending ? startAscending : startDescending);
-        const std::size_t start = key.size();
-        switch (part.type) {
-        case ColumnType::Text:
-        case ColumnType::Memo:
-            appendTextKey(as<QString>(values[i]), m_jet4, part.ascending, key);
-            break;
-        case ColumnType::Binary:
-            appendBinary(std::as_bytes(std::span(as<QByteArray>(values[i]))), part.ascending, key);
-            break;
-        case ColumnType::Guid:
-            appendGuid(as<QString>(values[i]), part.ascending, key);
-            break;
-        case ColumnType::Numeric:
-            appendNumeric(as<storage::Decimal>(values[i]).text, part.scale, part.ascending, key);
-            break;
-        default:
-            appendPlain(part.type, values[i], key);
-            if (!part.ascending)
-                invertFrom(start, key);
-        }
+        bound.key.push_back(part.ascending ? startAscending : startDescending);
+        if (!appendTextBound(*text, m_jet4, part.ascending, bound.key))
+            return {std::move(bound.key), true};
     }
-    return key;
+    return bound;
+}
+
+void IndexKeyMaker::append(const Part &part, const Value &value, KeyBytes &key) const
+{
+    if (storage::isNull(value)) {
+        key.push_back(part.ascending ? nullAscending : nullDescending);
+        return;
+    }
+    key.push_back(part.ascending ? startAscending : startDescending);
+    const std::size_t start = key.size();
+    switch (part.type) {
+    case ColumnType::Text:
+    case ColumnType::Memo:
+        return appendTextKey(as<QString>(value), m_jet4, part.ascending, key);
+    case ColumnType::Binary:
+        return appendBinary(std::as_bytes(std::span(as<QByteArray>(value))), part.ascending, key);
+    case ColumnType::Guid:
+        return appendGuid(as<QString>(value), part.ascending, key);
+    case ColumnType::Numeric:
+        return appendNumeric(as<storage::Decimal>(value).text, part.scale, part.ascending, key);
+    default:
+        appendPlain(part.type, value, key);
+        if (!part.ascending)
+            invertFrom(start, key);
+    }
 }
 
 } // namespace jet

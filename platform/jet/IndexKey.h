@@ -18,6 +18,12 @@ using KeyBytes = std::vector<std::byte>;
 /// Below, equal to or above 0; a key that continues another one sorts behind it.
 int compareKeys(storage::Bytes left, storage::Bytes right);
 
+/// One end of a range of keys: a key of the index's first columns. The end lies before or behind all that begin so.
+struct KeyBound {
+    KeyBytes key;
+    bool inclusive = true;
+};
+
 /// How far an index is within our means.
 enum class KeySupport {
     Full,
@@ -39,8 +45,13 @@ public:
     /// (see ColumnType), else StorageError::WrongType. OutOfRange for a number that its column cannot hold.
     /// The key of fewer columns is a prefix of every key that begins with the same values.
     KeyBytes make(std::span<const storage::Value> values) const;
+    /// One end of a range: between ends made so lie all the rows wanted, and perhaps others with the same letters.
+    KeyBound bound(std::span<const storage::Value> values, bool inclusive) const;
 
 private:
+    struct Part;
+    void append(const Part &part, const storage::Value &value, KeyBytes &key) const;
+
     struct Part {
         ColumnType type;
         bool ascending;

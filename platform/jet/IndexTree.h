@@ -41,6 +41,7 @@ public:
 
 private:
     bool hasEqualKey(const IndexPath &place, storage::Bytes key) const;
+    KeyBytes findByRow(RowPointer row) const;
 
     IndexNode readNode(PageNo number) const;
     IndexNode newNode(std::uint8_t level);

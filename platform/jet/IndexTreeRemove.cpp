@@ -14,13 +14,25 @@ using storage::Bytes;
 
 namespace jet {
 
+namespace {
+
+bool isAt(const IndexStep &step, Bytes entry)
+{
+    return step.position < step.node.count() && compareKeys(step.node.entry(step.position), entry) == 0;
+}
+
+} // namespace
+
 void IndexTree::remove(Bytes key, RowPointer row)
 {
-    const KeyBytes entry = indexEntry(key, row);
-    IndexPath path = IndexWalk(m_store, m_index.rootPage, m_owner).toEntry(entry);
+    KeyBytes entry = indexEntry(key, row);
+    const IndexWalk walk(m_store, m_index.rootPage, m_owner);
+    IndexPath path = walk.toEntry(entry);
+    if (!isAt(path.back(), entry)) {
+        entry = findByRow(row);
+        path = walk.toEntry(entry);
+    }
     auto &[leaf, position] = path.back();
-    if (position == leaf.count() || compareKeys(leaf.entry(position), entry) != 0)
-        damaged(leaf.number(), u"im Index fehlt der Eintrag für Zeile %1 der Seite %2"_s.arg(row.row).arg(row.page));
     leaf.erase(position, position + 1);
     const std::size_t depth = path.size() - 1;
     if (leaf.count() == 0 && depth > 0) {
@@ -31,6 +43,17 @@ void IndexTree::remove(Bytes key, RowPointer row)
     leaf.write(m_store);
     if (position == leaf.count() && position > 0)
         replaceSeparator(path, depth, leaf.entry(position - 1));
+}
+
+/// The entry of a row, whatever its key: some programs make other keys of some texts than the file's own engine.
+KeyBytes IndexTree::findByRow(RowPointer row) const
+{
+    IndexCursor cursor(m_store, m_index, m_owner);
+    while (cursor.next()) {
+        if (cursor.row() == row)
+            return {cursor.entry().begin(), cursor.entry().end()};
+    }
+    damaged(m_index.rootPage, u"im Index fehlt der Eintrag für Zeile %1 der Seite %2"_s.arg(row.row).arg(row.page));
 }
 
 /// Takes a page out of its level and of the file.

@@ -236,7 +236,8 @@ void Afterthoughts4::append(KeyBytes &key) const
     }
 }
 
-void appendKey4(QStringView text, KeyBytes &key)
+/// Returns the size of `key` where the letters end: what follows says 0 if there is nothing but letters.
+std::size_t appendKey4(QStringView text, KeyBytes &key)
 {
     Afterthoughts4 rest;
     for (const QChar character : text) {
@@ -248,9 +249,17 @@ void appendKey4(QStringView text, KeyBytes &key)
         rest.add(weight);
     }
     key.push_back(std::byte{1});
+    const std::size_t lettersEnd = key.size();
     if (rest.needed())
         rest.append(key);
     key.push_back(std::byte{0});
+    return lettersEnd;
+}
+
+void invertFrom(std::size_t start, KeyBytes &key)
+{
+    for (std::size_t i = start; i < key.size(); ++i)
+        key[i] = ~key[i];
 }
 
 /// The first key byte of an ASCII character that contributes nothing but letters; 0 for all others.
@@ -305,10 +314,36 @@ void appendTextKey(QStringView text, bool jet4, bool ascending, KeyBytes &key)
         appendKey3(significant(text), key);
     if (ascending)
         return;
-    for (std::size_t i = start; i < key.size(); ++i)
-        key[i] = ~key[i];
+    invertFrom(start, key);
     if (jet4)
         key.push_back(std::byte{0});
+}
+
+bool appendTextBound(QStringView text, bool jet4, bool ascending, KeyBytes &key)
+{
+    KeyBytes whole;
+    const std::size_t lettersEnd = jet4 ? appendKey4(significant(text), whole) : 0;
+    if (!jet4 || lettersEnd + 1 == whole.size()) {
+        appendTextKey(text, jet4, ascending, key);
+        return true;
+    }
+    const std::size_t start = key.size();
+    key.insert(key.end(), whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(lettersEnd));
+    if (!ascending)
+        invertFrom(start, key);
+    return false;
+}
+
+bool hasExpandingLetter(QStringView text, bool jet4)
+{
+    return std::any_of(text.begin(), text.end(), [jet4](QChar character) {
+        if (jet4) {
+            const Weight4 weight = weight4(character.unicode());
+            return weight.kind != nullptr && weight.kind->weight > 1;
+        }
+        const TextWeight3 *weight = weight3(character.unicode());
+        return weight != nullptr && weight->second != 0;
+    });
 }
 
 int compareTexts(bool jet4, QStringView left, QStringView right)
