@@ -15,9 +15,9 @@ frmInfoStart::frmInfoStart(const QString &programmordner)
     m_ui->lbVersion->setText(QStringLiteral(VELDRAK_VERSION).trimmed());
     const QStringList hersteller = {
         u"VELDRAK-Projekt"_s,
-        u"Entwickelt in der Freizeit, für Büros mit ACT! und PC-Kaufmann"_s,
-        u"E-Mail: siehe LIESMICH bzw. README im Programmordner"_s,
-        u"Internet: beim Bezugsort des Programms"_s,
+        u"ein freies Projekt für Büros mit ACT! und PC-Kaufmann"_s,
+        u"E-Mail: nur über die Projektseite"_s,
+        u"Internet: die Projektseite, von der Sie das Programm haben"_s,
     };
     m_ui->Text1->setPlainText(hersteller.join(u"\r\n"_s));
     m_ui->Image1->setPixmap(QIcon(programmordner + u"/bilder/icons/veldrak.ico"_s).pixmap(48, 48));

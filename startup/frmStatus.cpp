@@ -2,6 +2,7 @@
 #include "startup/frmStatus.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 
 #include "ui_frmStatus.h"
 
@@ -11,6 +12,8 @@ frmStatus::frmStatus()
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     m_ui->setupUi(this);
     m_ui->ProgressBar1->setValue(0);
+    adjustSize(); // in the middle of the screen, where the boxes that it carries belong
+    move(screen()->availableGeometry().center() - rect().center());
     connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
 }
 
