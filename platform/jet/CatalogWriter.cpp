@@ -4,9 +4,8 @@
 #include <algorithm>
 #include <map>
 
-#include <QDateTime>
-
 #include "platform/jet/Catalog.h"
+#include "platform/jet/Clock.h"
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
 #include "platform/jet/SystemTables.h"
@@ -43,14 +42,6 @@ Value bytesOrNull(const QByteArray &bytes)
 }
 
 } // namespace
-
-storage::DateTime now()
-{
-    constexpr double secondsOfDay = 86400;
-    const QDateTime moment = QDateTime::currentDateTime();
-    const auto days = QDate(1899, 12, 30).daysTo(moment.date());
-    return {static_cast<double>(days) + QTime(0, 0).secsTo(moment.time()) / secondsOfDay};
-}
 
 CatalogWriter::CatalogWriter(PageFile &file, const TextCodec &codec)
     : m_file(file)

@@ -13,9 +13,6 @@
 
 namespace jet {
 
-/// A moment in the file's form.
-storage::DateTime now();
-
 /// Adds and removes rows of the system tables. Only within a write scope.
 class CatalogWriter
 {

@@ -34,12 +34,46 @@ storage::Value JetCursor::value(int column) const
 
 ScanCursor::ScanCursor(const JetTable &table)
     : JetCursor(table)
-    , m_scan(table.database().file(), def())
+    , m_scan(table.database().file(), known().def)
 { }
 
 bool ScanCursor::next()
 {
     return withPlace([this] { return table().place(); }, [this] { return m_scan.next(); });
+}
+
+RangeCursor::RangeCursor(const JetTable &table, const storage::KeyRange &range)
+    : JetCursor(table)
+    , m_entries(entries(range))
+{ }
+
+IndexCursor RangeCursor::entries(const storage::KeyRange &range) const
+{
+    const TableDef &def = known().def;
+    PageFile &file = table().database().file();
+    const IndexDef &index = def.indexes[known().map.trees.at(static_cast<std::size_t>(range.index))];
+    const IndexKeyMaker maker(def, index, file.isJet4());
+    const auto bound = [&maker](const std::optional<storage::Bound> &end) -> std::optional<KeyBound> {
+        if (!end)
+            return std::nullopt;
+        return KeyBound{maker.make(end->key), end->inclusive};
+    };
+    return {file, index, def.page, bound(range.lower), bound(range.upper), range.backwards};
+}
+
+bool RangeCursor::next()
+{
+    return withPlace([this] { return table().place(); },
+                     [this] {
+                         if (!m_entries.next())
+                             return false;
+                         const RowPointer where = m_entries.row();
+                         m_row = findRow(table().database().file(), known().def, where);
+                         if (!m_row)
+                             damaged(where.page,
+                                     u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(where.row));
+                         return true;
+                     });
 }
 
 SingleRowCursor::SingleRowCursor(const JetTable &table, FoundRow row)

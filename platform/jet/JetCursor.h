@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/jet/IndexCursor.h"
+#include "platform/jet/IndexTree.h"
 #include "platform/jet/JetTable.h"
 #include "platform/jet/RowScan.h"
 
@@ -17,7 +19,7 @@ protected:
 
     virtual const FoundRow &current() const = 0;
     const JetTable &table() const { return m_table; }
-    const TableDef &def() const { return m_known->def; }
+    const JetTable::Known &known() const { return *m_known; }
 
 private:
     const JetTable &m_table;
@@ -35,6 +37,21 @@ private:
     const FoundRow &current() const override { return m_scan.row(); }
 
     RowScan m_scan;
+};
+
+/// The rows of a range of an index, in its order.
+class RangeCursor final : public JetCursor
+{
+public:
+    RangeCursor(const JetTable &table, const storage::KeyRange &range);
+    bool next() override;
+
+private:
+    const FoundRow &current() const override { return *m_row; }
+    IndexCursor entries(const storage::KeyRange &range) const;
+
+    IndexCursor m_entries;
+    std::optional<FoundRow> m_row{};
 };
 
 /// One row.

@@ -55,6 +55,12 @@ std::unique_ptr<storage::Cursor> JetTable::scan()
     return std::make_unique<ScanCursor>(*this);
 }
 
+std::unique_ptr<storage::Cursor> JetTable::range(const storage::KeyRange &range)
+{
+    return withPlace([this] { return place(); },
+                     [&]() -> std::unique_ptr<storage::Cursor> { return std::make_unique<RangeCursor>(*this, range); });
+}
+
 std::unique_ptr<storage::Cursor> JetTable::row(storage::RowId id)
 {
     return withPlace([this] { return place(); },

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "platform/jet/Catalog.h"
@@ -44,6 +45,10 @@ public:
     QString place() const;
 
 private:
+    void requireUsersTable() const;
+    /// Runs a change within a write scope.
+    storage::RowId change(const std::function<storage::RowId(const Known &)> &work);
+
     JetDatabase &m_database;
     CatalogEntry m_entry;
     mutable KnownPtr m_known{};

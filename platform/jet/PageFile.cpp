@@ -119,10 +119,11 @@ PagePtr PageFile::read(PageNo number)
 Page &PageFile::modify(PageNo number)
 {
     requireScope();
-    auto &copy = m_levels.back().pages[number];
-    if (!copy)
-        copy = std::make_shared<Page>(*read(number));
-    return *copy;
+    auto &pages = m_levels.back().pages;
+    auto found = pages.find(number);
+    if (found == pages.end())
+        found = pages.emplace(number, std::make_shared<Page>(*read(number))).first;
+    return *found->second;
 }
 
 PageNo PageFile::append()

@@ -125,6 +125,8 @@ SchemaMap makeSchema(const QString &name, const TableDef &def, const QByteArray 
         const auto blob = std::as_bytes(std::span(properties.constData(), static_cast<std::size_t>(properties.size())));
         for (const PropertyBlock &block : parseProperties(blob, codec)) {
             const auto column = map.schema.find(block.owner);
+            if (const Property *rule = block.find(u"ValidationRule"); rule && block.kind == PropertyBlock::OfTable)
+                map.tableRule = rule->toText(codec);
             if (block.kind == PropertyBlock::OfColumn && column)
                 applyProperties(map.schema.columns[static_cast<std::size_t>(*column)], block, codec);
         }

@@ -17,6 +17,7 @@ struct SchemaMap {
     storage::TableSchema schema;
     std::vector<ColumnDef> columns; ///< of each schema column
     std::vector<std::size_t> trees; ///< of each schema index: its position in TableDef::indexes
+    QString tableRule{}; ///< a rule over several columns; empty: none
 };
 
 /// `properties` is the table's property list, empty if it has none. Columns go by number; hidden indexes of

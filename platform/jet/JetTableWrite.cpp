@@ -1,0 +1,119 @@
+// Changing a table's rows, each change as a whole or not at all.
+#include "platform/jet/JetTable.h"
+
+#include <limits>
+
+#include "platform/jet/Constraints.h"
+#include "platform/jet/Damage.h"
+#include "platform/jet/Relations.h"
+#include "platform/jet/TableDefFile.h"
+#include "platform/jet/TableWriter.h"
+#include "platform/storage/StorageError.h"
+
+using namespace Qt::StringLiterals;
+using storage::StorageError;
+using storage::Value;
+
+namespace jet {
+
+namespace {
+
+FoundRow requireRow(PageFile &file, const TableDef &def, storage::RowId id, const QString &table)
+{
+    auto found = findRow(file, def, RowPointer::fromNumber(static_cast<std::uint32_t>(id)));
+    if (!found)
+        throw StorageError(StorageError::RowGone, u"%1: Der Datensatz wurde gelöscht."_s.arg(table), table);
+    return std::move(*found);
+}
+
+/// Fills in the next number where none was given, and keeps the counter at the highest one.
+void countAutonumber(PageFile &file, const JetTable::Known &known, std::vector<Value> &row)
+{
+    TableCounters counters(file, known.def.page);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (!known.map.schema.columns[i].autonumber)
+            continue;
+        const auto last = static_cast<std::int32_t>(counters.lastAutonumber());
+        if (storage::isNull(row[i])) {
+            if (last == std::numeric_limits<std::int32_t>::max()) {
+                throw StorageError(StorageError::OutOfRange,
+                                   u"%1: Die Nummern sind aufgebraucht."_s.arg(known.map.schema.columns[i].name));
+            }
+            row[i] = std::int64_t{last} + 1;
+        }
+        const auto number = std::get<std::int64_t>(row[i]);
+        if (number > last)
+            counters.setLastAutonumber(static_cast<std::uint32_t>(number));
+    }
+}
+
+} // namespace
+
+void JetTable::requireUsersTable() const
+{
+    if (!m_entry.isUserTable()) {
+        throw StorageError(StorageError::Unsupported, u"Die Systemtabelle %1 wird nicht geändert."_s.arg(m_entry.name),
+                           m_entry.name);
+    }
+}
+
+storage::RowId JetTable::insert(std::span<const storage::Assignment> values)
+{
+    return change([&](const Known &known) -> storage::RowId {
+        PageFile &file = m_database.file();
+        std::vector<Value> row = Constraints(known.map, m_database.codec()).newRow(values);
+        countAutonumber(file, known, row);
+        std::vector<ColumnValue> fields;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (!storage::isNull(row[i]))
+                fields.push_back({&known.map.columns[i], row[i]});
+        }
+        const RowPointer where = TableWriter(file, m_database.codec(), known.def).insert(fields);
+        const Relations relations(m_database, known.def);
+        relations.inserted(relations.valuesOf(findRow(file, known.def, where)->view));
+        return where.number();
+    });
+}
+
+void JetTable::update(storage::RowId id, std::span<const storage::Assignment> values)
+{
+    change([&](const Known &known) -> storage::RowId {
+        PageFile &file = m_database.file();
+        std::vector<ColumnValue> fields;
+        for (const storage::Assignment &change : Constraints(known.map, m_database.codec()).changes(values))
+            fields.push_back({&known.map.columns[static_cast<std::size_t>(change.column)], change.value});
+        const Relations relations(m_database, known.def);
+        const FoundRow row = requireRow(file, known.def, id, m_entry.name);
+        const Relations::Values before = relations.valuesOf(row.view);
+        TableWriter(file, m_database.codec(), known.def).update(row, fields);
+        relations.updated(before, relations.valuesOf(requireRow(file, known.def, id, m_entry.name).view));
+        return id;
+    });
+}
+
+void JetTable::remove(storage::RowId id)
+{
+    change([&](const Known &known) -> storage::RowId {
+        const Relations relations(m_database, known.def);
+        const FoundRow row = requireRow(m_database.file(), known.def, id, m_entry.name);
+        const Relations::Values values = relations.valuesOf(row.view);
+        TableWriter(m_database.file(), m_database.codec(), known.def).remove(row);
+        relations.removed(values);
+        return id;
+    });
+}
+
+storage::RowId JetTable::change(const std::function<storage::RowId(const Known &)> &work)
+{
+    return withPlace([this] { return place(); },
+                     [&] {
+                         requireUsersTable();
+                         PageScope scope(m_database.file());
+                         const KnownPtr known = this->known();
+                         const storage::RowId id = work(*known);
+                         scope.commit();
+                         return id;
+                     });
+}
+
+} // namespace jet
