@@ -1,0 +1,149 @@
+// Keys as the files have them.
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "platform/jet/IndexKey.h"
+#include "platform/jet/TextKey.h"
+#include "platform/storage/StorageError.h"
+
+using namespace Qt::StringLiterals;
+using jet::ColumnType;
+using jet::KeyBytes;
+using storage::Value;
+
+namespace {
+
+QByteArray hex(const KeyBytes &key)
+{
+    return QByteArray(reinterpret_cast<const char *>(key.data()), static_cast<qsizetype>(key.size())).toHex(' ');
+}
+
+/// The key of one value in an index over one column.
+KeyBytes keyOf(ColumnType type, const Value &value, bool ascending, bool jet4 = true)
+{
+    jet::TableDef table;
+    table.columns.push_back({.name = u"A"_s, .type = type, .scale = 2});
+    jet::IndexDef index;
+    index.columns = {{0, ascending}};
+    return jet::IndexKeyMaker(table, index, jet4).make(std::span(&value, 1));
+}
+
+} // namespace
+
+TEST(IndexKey, HasTheBytesThatTheFilesHave)
+{
+    const Value guid = u"{00112233-4455-6677-8899-aabbccddeeff}"_s;
+    const QByteArray nine("\1\2\3\4\5\6\7\x8\x9", 9);
+    // clang-format off
+    struct Row { const char *name; ColumnType type; Value value; QByteArray ascending; QByteArray descending; };
+    const Row rows[] = {
+        {"Null",              ColumnType::Long,     {},                          "00", "ff"},
+        {"true",              ColumnType::Boolean,  true,                        "7f 00", "80 ff"},
+        {"false",             ColumnType::Boolean,  false,                       "7f ff", "80 00"},
+        {"byte",              ColumnType::Byte,     std::int64_t{200},           "7f c8", "80 37"},
+        {"integer",           ColumnType::Integer,  std::int64_t{-2},            "7f 7f fe", "80 80 01"},
+        {"long",              ColumnType::Long,     std::int64_t{1},             "7f 80 00 00 01", "80 7f ff ff fe"},
+        {"currency",          ColumnType::Currency, storage::Currency{-10000},
+            "7f 7f ff ff ff ff ff d8 f0", "80 80 00 00 00 00 00 27 0f"},
+        {"single",            ColumnType::Single,   1.5,                         "7f bf c0 00 00", "80 40 3f ff ff"},
+        {"negative double",   ColumnType::Double,   -1.5,
+            "7f 40 07 ff ff ff ff ff ff", "80 bf f8 00 00 00 00 00 00"},
+        {"date",              ColumnType::DateTime, storage::DateTime{2.0},
+            "7f c0 00 00 00 00 00 00 00", "80 3f ff ff ff ff ff ff ff"},
+        {"numeric",           ColumnType::Numeric,  storage::Decimal{u"1.00"_s},
+            "7f ff" + " 00"_ba.repeated(15) + " 64", "80 ff" + " ff"_ba.repeated(15) + " 9b"},
+        {"negative numeric keeps its sign byte", ColumnType::Numeric, storage::Decimal{u"-1"_s},
+            "7f 00" + " ff"_ba.repeated(15) + " 9b", "80 00" + " 00"_ba.repeated(15) + " 64"},
+        {"guid",              ColumnType::Guid,     guid,
+            "7f 00 11 22 33 44 55 66 77 09 88 99 aa bb cc dd ee ff 08", "80 ff ee dd cc bb aa 99 88 09 77 66 55 44 33 22 11 00 f7"},
+        {"binary over two groups", ColumnType::Binary, nine,
+            "7f 01 02 03 04 05 06 07 08 09 09 00 00 00 00 00 00 00 01", "80 fe fd fc fb fa f9 f8 f7 09 f6 ff ff ff ff ff ff ff fe"},
+        {"empty binary",      ColumnType::Binary,   QByteArray(""),              "7f", "80"},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(hex(keyOf(row.type, row.value, true)), row.ascending);
+        EXPECT_EQ(hex(keyOf(row.type, row.value, false)), row.descending);
+    }
+}
+
+TEST(IndexKey, OfTextsFollowsTheGeneralOrder)
+{
+    // clang-format off
+    struct Row { const char *name; QString text; QByteArray jet3; QByteArray jet4; };
+    const Row rows[] = {
+        {"letters without case", u"aBc"_s,      "7f 60 61 62 00", "7f 4a 4c 4d 01 00"},
+        {"trailing blanks",      u"abc  "_s,    "7f 60 61 62 00", "7f 4a 4c 4d 01 00"},
+        {"empty text",           u""_s,         "7f 00", "7f 01 00"},
+        {"umlaut",               u"größer"_s,   "7f 68 75 72 76 76 66 75 06 00", "7f 55 69 64 6b 6b 51 69 01 02 02 13 00"},
+        {"sharp s",              u"Straße"_s,   "7f 76 77 75 60 76 76 66 00", "7f 6b 6d 69 4a 6b 6b 51 01 00"},
+        {"accent behind sharp s", u"Großmärkte"_s, "7f 68 75 72 76 76 6f 60 75 6c 77 66 02 22 60",
+            "7f 55 69 64 6b 6b 60 4a 69 5c 6d 51 01 02 02 02 02 02 02 13 00"},
+        {"second letter",        u"Müller"_s,   {}, "7f 60 6f 5e 5e 51 69 01 02 13 00"},
+        {"hyphen",               u"a-b"_s,      {}, "7f 4a 4c 01 01 01 01 80 0b 06 82 00"},
+        {"ignored character",    u"a\u0000b"_s, {}, "7f 4a 4c 01 00"},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        if (!row.jet3.isEmpty()) {
+            EXPECT_EQ(hex(keyOf(ColumnType::Text, row.text, true, false)), row.jet3);
+        }
+        EXPECT_EQ(hex(keyOf(ColumnType::Text, row.text, true)), row.jet4);
+    }
+    EXPECT_EQ(hex(keyOf(ColumnType::Text, u"ab"_s, false)), "80 b5 b3 fe ff 00");
+    EXPECT_EQ(hex(keyOf(ColumnType::Text, u"ab"_s, false, false)), "80 9f 9e ff");
+    EXPECT_EQ(keyOf(ColumnType::Text, QString(255, u'x') + u"1"_s, true),
+              keyOf(ColumnType::Text, QString(255, u'X') + u"2"_s, true));
+}
+
+TEST(IndexKey, RefusesWhatItsColumnCannotHold)
+{
+    EXPECT_THROW(keyOf(ColumnType::Integer, std::int64_t{40000}, true), storage::StorageError);
+    EXPECT_THROW(keyOf(ColumnType::Byte, std::int64_t{-1}, true), storage::StorageError);
+    EXPECT_THROW(keyOf(ColumnType::Guid, u"no guid"_s, true), storage::StorageError);
+    EXPECT_THROW(keyOf(ColumnType::Numeric, storage::Decimal{u"1,5"_s}, true), storage::StorageError);
+    EXPECT_THROW(keyOf(ColumnType::Long, u"1"_s, true), storage::StorageError);
+}
+
+TEST(IndexKey, BoundsLeaveOutWhatSomeProgramsGetWrong)
+{
+    jet::TableDef table;
+    table.columns = {{.name = u"A"_s, .number = 0}, {.name = u"B"_s, .type = ColumnType::Long, .number = 1}};
+    jet::IndexDef index;
+    index.columns = {{0, true}, {1, true}};
+    const jet::IndexKeyMaker keys(table, index, true);
+    const Value plain[] = {u"ab"_s, std::int64_t{1}};
+    EXPECT_EQ(hex(keys.bound(plain, false).key), "7f 4a 4c 01 00 7f 80 00 00 01");
+    EXPECT_FALSE(keys.bound(plain, false).inclusive);
+    const Value accented[] = {u"äb"_s, std::int64_t{1}};
+    EXPECT_EQ(hex(keys.bound(accented, false).key), "7f 4a 4c 01");
+    EXPECT_TRUE(keys.bound(accented, false).inclusive);
+}
+
+TEST(CompareTexts, AgreesWithTheKeys)
+{
+    const QString alphabet = u"aAbB zZ09-'.!ßäÄéœŒÿ\u3042\u30A2"_s;
+    std::mt19937 random(20260711); // NOLINT: the same texts in every run
+    const auto text = [&] {
+        QString made;
+        for (auto length = random() % 6; length > 0; --length)
+            made += alphabet[static_cast<qsizetype>(random() % static_cast<std::size_t>(alphabet.size()))];
+        return made;
+    };
+    const auto sign = [](int order) { return (order > 0) - (order < 0); };
+    for (int i = 0; i < 20000; ++i) {
+        const QString left = text();
+        const QString right = text();
+        for (const bool jet4 : {false, true}) {
+            KeyBytes leftKey;
+            KeyBytes rightKey;
+            jet::appendTextKey(left, jet4, true, leftKey);
+            jet::appendTextKey(right, jet4, true, rightKey);
+            ASSERT_EQ(sign(jet::compareTexts(jet4, left, right)), sign(jet::compareKeys(leftKey, rightKey)))
+                << qPrintable(left) << " | " << qPrintable(right) << (jet4 ? " Jet 4" : " Jet 3");
+        }
+    }
+}
