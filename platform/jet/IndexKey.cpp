@@ -203,6 +203,14 @@ KeyBytes IndexKeyMaker::make(std::span<const Value> values) const
     return key;
 }
 
+bool IndexKeyMaker::explains(std::span<const Value> values, storage::Bytes key) const
+{
+    return compareKeys(make(values), key) == 0 || std::ranges::any_of(values, [this](const Value &value) {
+               const auto *text = std::get_if<QString>(&value);
+               return text != nullptr && hasExpandingLetter(*text, m_jet4);
+           });
+}
+
 KeyBound IndexKeyMaker::bound(std::span<const Value> values, bool inclusive) const
 {
     Q_ASSERT(values.size() <= m_columns.size());

@@ -45,6 +45,9 @@ public:
     /// (see ColumnType), else StorageError::WrongType. OutOfRange for a number that its column cannot hold.
     /// The key of fewer columns is a prefix of every key that begins with the same values.
     KeyBytes make(std::span<const storage::Value> values) const;
+    /// Whether an entry with this key can be that of a row with these values: the key is the one made of them, or of
+    /// texts with letters like "ß" that some programs get wrong.
+    bool explains(std::span<const storage::Value> values, storage::Bytes key) const;
     /// One end of a range: between ends made so lie all the rows wanted, and perhaps others with the same letters.
     KeyBound bound(std::span<const storage::Value> values, bool inclusive) const;
 

@@ -44,21 +44,20 @@ bool ScanCursor::next()
 
 RangeCursor::RangeCursor(const JetTable &table, const storage::KeyRange &range)
     : JetCursor(table)
+    , m_index(known().def.indexes[known().map.trees.at(static_cast<std::size_t>(range.index))])
+    , m_keys(known().def, m_index, table.database().file().isJet4())
     , m_entries(entries(range))
 { }
 
 IndexCursor RangeCursor::entries(const storage::KeyRange &range) const
 {
-    const TableDef &def = known().def;
-    PageFile &file = table().database().file();
-    const IndexDef &index = def.indexes[known().map.trees.at(static_cast<std::size_t>(range.index))];
-    const IndexKeyMaker maker(def, index, file.isJet4());
-    const auto bound = [&maker](const std::optional<storage::Bound> &end) -> std::optional<KeyBound> {
+    const auto bound = [this](const std::optional<storage::Bound> &end) -> std::optional<KeyBound> {
         if (!end)
             return std::nullopt;
-        return KeyBound{maker.make(end->key), end->inclusive};
+        return m_keys.bound(end->key, end->inclusive);
     };
-    return {file, index, def.page, bound(range.lower), bound(range.upper), range.backwards};
+    return {table().database().file(), m_index,        known().def.page, bound(range.lower),
+            bound(range.upper),        range.backwards};
 }
 
 bool RangeCursor::next()
@@ -72,8 +71,22 @@ bool RangeCursor::next()
                          if (!m_row)
                              damaged(where.page,
                                      u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(where.row));
+                         checkKey();
                          return true;
                      });
+}
+
+/// An entry with another row's key would stand for that row, which then were missing.
+void RangeCursor::checkKey() const
+{
+    std::vector<storage::Value> values;
+    for (const IndexColumnDef &part : m_index.columns) {
+        values.push_back(readField(table().database().file(), table().database().codec(), m_row->view,
+                                   *known().def.column(part.column)));
+    }
+    if (!m_keys.explains(values, m_entries.key())) {
+        damaged(m_row->home.page, u"Zeile %1 steht mit einem falschen Schlüssel in einem Index"_s.arg(m_row->home.row));
+    }
 }
 
 SingleRowCursor::SingleRowCursor(const JetTable &table, FoundRow row)

@@ -49,7 +49,10 @@ public:
 private:
     const FoundRow &current() const override { return *m_row; }
     IndexCursor entries(const storage::KeyRange &range) const;
+    void checkKey() const;
 
+    const IndexDef &m_index;
+    IndexKeyMaker m_keys;
     IndexCursor m_entries;
     std::optional<FoundRow> m_row{};
 };

@@ -7,7 +7,6 @@
 #include "platform/jet/DataPage.h"
 #include "platform/jet/FieldReader.h"
 #include "platform/jet/IndexCursor.h"
-#include "platform/jet/TextKey.h"
 #include "platform/jet/UsageMap.h"
 
 using namespace Qt::StringLiterals;
@@ -133,18 +132,14 @@ void IndexCheck::checkEntry(RowPointer row, storage::Bytes key, storage::Bytes p
 /// "ß" as one instead of two.
 void IndexCheck::compareKey(RowPointer row, storage::Bytes stored, const std::vector<Value> &values)
 {
-    const KeyBytes made = IndexKeyMaker(m_def, m_index, m_file.isJet4()).make(values);
-    if (compareKeys(stored, made) == 0) {
+    const IndexKeyMaker maker(m_def, m_index, m_file.isJet4());
+    if (compareKeys(stored, maker.make(values)) == 0) {
         ++m_findings.report().equalEntries;
         return;
     }
-    const bool sortsAsSeveral = std::ranges::any_of(values, [this](const Value &value) {
-        const auto *text = std::get_if<QString>(&value);
-        return text != nullptr && hasExpandingLetter(*text, m_file.isJet4());
-    });
     const QString text
         = u"%1: der Schlüssel für Zeile %2 der Seite %3 ist falsch"_s.arg(m_place).arg(row.row).arg(row.page);
-    if (sortsAsSeveral)
+    if (maker.explains(values, stored))
         m_findings.note(u"%1 (Buchstaben wie „ß“ als einer gezählt)"_s.arg(text));
     else
         m_findings.fault(text);
