@@ -56,7 +56,7 @@ void Buehne::zeige(Wunsch wunsch)
     m_haupt->ActKontaktfenster = act.contactWindow();
     m_haupt->ActFensterBreite = 800;
     m_haupt->ActFensterHoehe = 600;
-    m_haupt->konfiguration = beispiel::konfiguration(u"C:\\PCK\\"_s);
+    m_haupt->konfiguration = beispiel::konfiguration(m_folder.path() + u'/');
     m_haupt->konfiguration.AutoSuche = wunsch.autoSuche;
     m_haupt->SyncFelder.init(programmordner() + u"/veldrak.piz"_s, coding::mappingZugriff());
     act.current = wunsch.aktueller;

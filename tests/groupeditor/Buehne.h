@@ -36,6 +36,10 @@ public:
     template <typename Widget> Widget &finde(const QString &name) { return *m_fenster->findChild<Widget *>(name); }
     QString tabelle() const { return m_folder.filePath(QStringLiteral("KONTAKTE.DBF")); }
 
+    /// Makes a client in the folder of the clients.
+    void erzeugeMandant(const QString &name) { beispiel::erzeugeMandant(*m_engine, m_folder.filePath(name)); }
+    dao::DBEngine &engine() { return *m_engine; }
+
     /// Types a term and clicks "neue Suche".
     void suche(const QString &begriff);
     /// Clicks a button, which must be there and enabled.
