@@ -10,6 +10,7 @@ frmStatus::frmStatus()
     : m_ui(std::make_unique<Ui::frmStatus>())
 {
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    setAttribute(Qt::WA_ShowWithoutActivating); // the keyboard stays with the window that has work to do
     m_ui->setupUi(this);
     m_ui->ProgressBar1->setValue(0);
     adjustSize(); // in the middle of the screen, where the boxes that it carries belong
