@@ -3,6 +3,7 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
+#include "platform/jet/IndexCursor.h"
 #include "platform/jet/RowScan.h"
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/TableDefFile.h"
@@ -72,7 +73,37 @@ std::vector<CatalogEntry> Catalog::entries() const
                            static_cast<std::int16_t>(row.number(u"Type")),
                            static_cast<std::uint32_t>(row.number(u"Flags")), row.bytes(u"Owner")});
     }
+    for (const CatalogEntry &entry : entries)
+        checkEntry(entry);
     return entries;
+}
+
+/// An object that lost its name or type would be missing without a word, so both are compared with what else the file
+/// says: the index by name, and the ids, which are small for tables only.
+void Catalog::checkEntry(const CatalogEntry &entry) const
+{
+    if (entry.id != 0 && entry.id < rootContainer && entry.type != TableObject)
+        damaged(entry.row.page, u"Das Objekt %1 hat die Nummer einer Tabelle und ist keine"_s.arg(entry.name));
+    for (const IndexDef &index : m_def.indexes) {
+        const bool isNames = index.columns.size() == 2
+            && m_def.column(index.columns[1].column)->name.compare(u"Name"_s, Qt::CaseInsensitive) == 0;
+        if (isNames && keySupport(m_def, index, m_store.isJet4(), m_codec.codePage()) == KeySupport::Full
+            && !isListed(index, entry)) {
+            damaged(entry.row.page, u"Das Objekt %1 fehlt im Verzeichnis der Namen"_s.arg(entry.name));
+        }
+    }
+}
+
+bool Catalog::isListed(const IndexDef &names, const CatalogEntry &entry) const
+{
+    const storage::Value values[] = {std::int64_t{static_cast<std::int32_t>(entry.parent)}, entry.name};
+    const KeyBound bound = IndexKeyMaker(m_def, names, m_store.isJet4()).bound(values, true);
+    IndexCursor cursor(m_store, names, m_def.page, bound, bound);
+    while (cursor.next()) {
+        if (cursor.row() == entry.row)
+            return true;
+    }
+    return false;
 }
 
 QByteArray Catalog::properties(RowPointer where) const

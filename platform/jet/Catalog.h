@@ -40,6 +40,9 @@ public:
     QByteArray properties(RowPointer row) const;
 
 private:
+    void checkEntry(const CatalogEntry &entry) const;
+    bool isListed(const IndexDef &names, const CatalogEntry &entry) const;
+
     PageStore &m_store;
     const TextCodec &m_codec;
     TableDef m_def;

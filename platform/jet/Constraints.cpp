@@ -34,6 +34,11 @@ void requireRule(const storage::Column &column, const Value &value, bool jet4)
 
 } // namespace
 
+bool isRandom(const storage::Column &column)
+{
+    return column.defaultValue.compare(u"GenUniqueID()", Qt::CaseInsensitive) == 0;
+}
+
 Constraints::Constraints(const SchemaMap &map, const TextCodec &codec)
     : m_map(map)
     , m_codec(codec)
@@ -56,7 +61,8 @@ std::vector<Value> Constraints::newRow(std::span<const storage::Assignment> give
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const bool isGiven = wished[i].has_value();
         Value value = isGiven ? *wished[i] : Value();
-        if (!isGiven && !columns[i].autonumber && !columns[i].defaultValue.isEmpty())
+        const bool counts = columns[i].autonumber && !isRandom(columns[i]);
+        if (!isGiven && !counts && !columns[i].defaultValue.isEmpty())
             value = evaluateDefault(m_map.columns[i], columns[i].defaultValue);
         row.push_back(checked(i, value, isGiven));
     }

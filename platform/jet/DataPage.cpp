@@ -90,8 +90,9 @@ void DataPage::check() const
 {
     if (readLE<std::uint16_t>(*m_page, 0) != dataPageTag)
         damaged(m_number, u"keine Datenseite"_s);
+    constexpr std::size_t addressable = 256; // a slot's number is one byte
     const std::size_t slotEnd = slotAt(*m_format, m_slotCount);
-    if (slotEnd > m_format->pageSize)
+    if (slotEnd > m_format->pageSize || m_slotCount > addressable)
         damaged(m_number, u"%1 Zeilen passen nicht auf die Seite"_s.arg(m_slotCount));
     std::size_t lowest = m_format->pageSize;
     for (std::size_t slot = 0; slot < m_slotCount; ++slot) {

@@ -31,13 +31,14 @@ void countAutonumber(PageFile &file, const JetTable::Known &known, std::vector<V
 {
     TableCounters counters(file, known.def.page);
     for (std::size_t i = 0; i < row.size(); ++i) {
-        if (!known.map.schema.columns[i].autonumber)
+        const storage::Column &column = known.map.schema.columns[i];
+        if (!column.autonumber || isRandom(column))
             continue;
         const auto last = static_cast<std::int32_t>(counters.lastAutonumber());
         if (storage::isNull(row[i])) {
             if (last == std::numeric_limits<std::int32_t>::max()) {
-                throw StorageError(StorageError::OutOfRange,
-                                   u"%1: Die Nummern sind aufgebraucht."_s.arg(known.map.schema.columns[i].name));
+                throw StorageError(StorageError::OutOfRange, u"%1: Die Nummern sind aufgebraucht."_s.arg(column.name),
+                                   column.name);
             }
             row[i] = std::int64_t{last} + 1;
         }

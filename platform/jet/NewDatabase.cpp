@@ -128,9 +128,12 @@ void fill(PageFile &file)
 
 } // namespace
 
-std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version)
+std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version,
+                                         std::uint32_t pageKey)
 {
-    auto file = PageFile::create(request.path, newHeader(request, version));
+    FileHeader header = newHeader(request, version);
+    header.pageKey = pageKey;
+    auto file = PageFile::create(request.path, header);
     try {
         fill(*file);
     } catch (const storage::StorageError &) {

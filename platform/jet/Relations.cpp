@@ -6,7 +6,6 @@
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
 #include "platform/jet/IndexCursor.h"
-#include "platform/jet/IndexTree.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
@@ -37,9 +36,9 @@ Partner partnerOf(JetDatabase &database, const LogicalIndexDef &index)
     damaged(index.partnerTable, u"Die Gegenseite der Beziehung %1 fehlt"_s.arg(index.name));
 }
 
-KeyBytes keyFor(const JetDatabase &database, const Partner &partner, const std::vector<Value> &values)
+IndexKeyMaker keysOf(const JetDatabase &database, const Partner &partner)
 {
-    return IndexKeyMaker(partner.known->def, partner.tree, database.file().isJet4()).make(values);
+    return {partner.known->def, partner.tree, database.file().isJet4()};
 }
 
 bool hasNull(const std::vector<Value> &key)
@@ -47,14 +46,25 @@ bool hasNull(const std::vector<Value> &key)
     return std::ranges::any_of(key, storage::isNull);
 }
 
-/// The rows of the referring table with that key.
-std::vector<RowPointer> children(const JetDatabase &database, const Partner &partner, const std::vector<Value> &values)
+/// The partner's rows with that key. The rows have the last word: some programs get entries of the index wrong.
+std::vector<RowPointer> rowsWith(const JetDatabase &database, const Partner &partner, const std::vector<Value> &values)
 {
-    const KeyBound bound{keyFor(database, partner, values), true};
-    IndexCursor cursor(database.file(), partner.tree, partner.known->def.page, bound, bound);
+    const TableDef &def = partner.known->def;
+    const IndexKeyMaker keys = keysOf(database, partner);
+    const KeyBytes key = keys.make(values);
+    const KeyBound bound = keys.bound(values, true);
+    IndexCursor cursor(database.file(), partner.tree, def.page, bound, bound);
     std::vector<RowPointer> rows;
-    while (cursor.next())
-        rows.push_back(cursor.row());
+    while (cursor.next()) {
+        const auto found = findRow(database.file(), def, cursor.row());
+        if (!found)
+            damaged(cursor.row().page, u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(cursor.row().row));
+        std::vector<Value> own;
+        for (const IndexColumnDef &part : partner.tree.columns)
+            own.push_back(readField(database.file(), database.codec(), found->view, *def.column(part.column)));
+        if (keys.make(own) == key)
+            rows.push_back(cursor.row());
+    }
     return rows;
 }
 
@@ -135,7 +145,7 @@ void Relations::requireParent(const LogicalIndexDef &index, const Key &key) cons
     if (hasNull(key))
         return;
     const Partner parent = partnerOf(m_database, index);
-    if (IndexTree(m_database.file(), parent.tree, parent.known->def.page).contains(keyFor(m_database, parent, key)))
+    if (!rowsWith(m_database, parent, key).empty())
         return;
     const QString name = parent.table.entry().name;
     throw StorageError(StorageError::ParentMissing,
@@ -147,11 +157,12 @@ void Relations::cascadeUpdate(const LogicalIndexDef &index, const Key &before, c
     if (hasNull(before))
         return;
     const Partner child = partnerOf(m_database, index);
-    const std::vector<RowPointer> rows = children(m_database, child, before);
+    const std::vector<RowPointer> rows = rowsWith(m_database, child, before);
     if (rows.empty())
         return;
     // Texts that differ in capitals only are the same key: such a child still has its parent.
-    if (!index.cascadeUpdates && keyFor(m_database, child, before) == keyFor(m_database, child, after))
+    const IndexKeyMaker keys = keysOf(m_database, child);
+    if (!index.cascadeUpdates && keys.make(before) == keys.make(after))
         return;
     if (!index.cascadeUpdates)
         refuse(child.table.entry().name);
@@ -170,7 +181,7 @@ void Relations::cascadeDelete(const LogicalIndexDef &index, const Key &key) cons
     if (hasNull(key))
         return;
     const Partner child = partnerOf(m_database, index);
-    for (const RowPointer row : children(m_database, child, key)) {
+    for (const RowPointer row : rowsWith(m_database, child, key)) {
         if (!index.cascadeDeletes)
             refuse(child.table.entry().name);
         // A cascade that comes back to the same table may have taken the row already.

@@ -62,11 +62,11 @@ TextCodec TextCodec::jet3(std::uint16_t codePage)
 {
     switch (codePage) {
     case 1252:
-        return TextCodec(&storage::windows1252);
+        return {&storage::windows1252, codePage};
     case 850:
-        return TextCodec(&storage::dos850);
+        return {&storage::dos850, codePage};
     case 437:
-        return TextCodec(&storage::dos437);
+        return {&storage::dos437, codePage};
     default:
         throw StorageError(StorageError::Unsupported,
                            u"Die Zeichentabelle %1 der Datenbank ist nicht bekannt."_s.arg(codePage));
@@ -75,7 +75,7 @@ TextCodec TextCodec::jet3(std::uint16_t codePage)
 
 TextCodec TextCodec::jet4()
 {
-    return TextCodec(nullptr);
+    return {nullptr, 0};
 }
 
 QString TextCodec::decode(Bytes bytes) const

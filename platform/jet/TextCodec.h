@@ -22,6 +22,7 @@ public:
     static TextCodec jet4();
 
     bool isJet4() const { return m_codepage == nullptr; }
+    std::uint16_t codePage() const { return m_number; } ///< 0 in Jet 4
 
     /// A column's text. Throws StorageError::Damaged for half a character.
     QString decode(storage::Bytes bytes) const;
@@ -34,11 +35,13 @@ public:
     QString decodeName(storage::Bytes bytes) const;
 
 private:
-    explicit TextCodec(const storage::Codepage *codepage)
+    TextCodec(const storage::Codepage *codepage, std::uint16_t number)
         : m_codepage(codepage)
+        , m_number(number)
     { }
 
     const storage::Codepage *m_codepage; // nullptr: Jet 4
+    std::uint16_t m_number;
 };
 
 } // namespace jet
