@@ -1,0 +1,79 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include "tests/fakes/Beispieldaten.h"
+#include "tests/fakes/FakeAct.h"
+#include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/MitschreibendeEngine.h"
+#include "transfer/frmMandantenpasswort.h"
+#include "transfer/frmUebertragung.h"
+
+/// The transfer dialog with a group, an ACT! that records, and clients in a folder of their own.
+class TransferTest : public testing::Test
+{
+protected:
+    TransferTest();
+    ~TransferTest() override;
+
+    /// Puts a client into the folder; protected if a password is given.
+    void legeMandantAn(const QString &datei, const QString &kennwort = {});
+    QString mandant(const QString &datei = QStringLiteral("Muster.PCK")) const { return m_ordner.filePath(datei); }
+    void merke(const QString &name, const QString &wert);
+    QString gemerkt(const QString &name) const;
+
+    /// Makes the group of these people, the first with role "H", and loads and shows the dialog.
+    void zeige(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
+    /// zeige() with a remembered client "Muster.PCK", which is then selected.
+    void zeigeMitMandant(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
+    frmÜbertragung &dialog() { return *m_dialog; }
+
+    template <typename Widget> Widget &finde(const char16_t *name)
+    {
+        return *m_dialog->findChild<Widget *>(QStringView(name).toString());
+    }
+    QComboBox &liste(const char16_t *name) { return finde<QComboBox>(name); }
+    QLineEdit &feld(const char16_t *name) { return finde<QLineEdit>(name); }
+    QString nummer() { return finde<QLabel>(u"lbNummer").text(); }
+    void klicke(const char16_t *knopf) { QTest::mouseClick(&finde<QPushButton>(knopf), Qt::LeftButton); }
+    void eintragen() { klicke(u"cmdEintragen"); }
+    static QStringList zeilenVon(const QComboBox &liste);
+    /// A query on Muster.PCK.
+    QStringList zeilen(const QString &abfrage) { return beispiel::zeilen(*m_engine, mandant(), abfrage); }
+
+    /// What went to the client and to ACT!, in order, as "SQL ..." and "ACT ..."; questions to the mapping left out.
+    QStringList m_ablauf;
+    /// Called with each line of the course before it happens; a number other than 0 is raised in its place.
+    std::function<int(const QString &zeile)> m_stoerung;
+    /// Answers to the password dialog, "" gives up; and for which clients it came.
+    std::deque<QString> m_kennwoerter;
+    QStringList m_gefragt;
+
+    QTemporaryDir m_ordner;
+    FakeAct m_act;
+    FakeDesktop m_tisch;
+    std::unique_ptr<dao::DBEngine> m_engine; ///< the test's own, as another program would have it
+    std::unique_ptr<Haupt> m_haupt;
+
+private:
+    int notiere(const QString &zeile);
+    void richteMaschineEin();
+    void beantworteKennwort();
+    void bildeGruppe(const std::vector<beispiel::Person> &personen);
+
+    std::unique_ptr<MitschreibendeEngine> m_programmEngine;
+    frmÜbertragung *m_dialog = nullptr;
+    QTimer m_kennwortTimer;
+};

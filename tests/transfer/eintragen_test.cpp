@@ -1,0 +1,233 @@
+// The transfer: every statement and call of it, and what stands in the client and in ACT! afterwards.
+#include <QFile>
+#include <QLocale>
+
+#include "tests/transfer/TransferTest.h"
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+QStringList erwartet(const QString &datei)
+{
+    QFile text(QStringLiteral(VELDRAK_ERWARTET "/") + datei);
+    return text.open(QIODevice::ReadOnly) ? QString::fromUtf8(text.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                          : QStringList();
+}
+
+const QString konten = u"SELECT PersKtoNummer, PersKtoName, PersKtoMatchcode, PersKtoBriefanrede, PersKtoRabatt, "
+                       "PersKtoLaendercode, PersKtoPreisGruppe, PersKtoDefWaehrungIdx, PersKtoDATEVNr FROM sPersKto"_s;
+const QString eintraege = u"SELECT PersKommNummer, PersKommLfdNr, PersKommAnsprech, PersKommName, PersKommNr, "
+                          "PersKommTyp FROM sPersKom ORDER BY PersKommNummer, PersKommLfdNr"_s;
+
+} // namespace
+
+class Eintragen : public TransferTest
+{
+protected:
+    void TearDown() override { QLocale::setDefault(QLocale::system()); }
+
+    QStringList ablaufMit(const QString &teil) const { return m_ablauf.filter(teil); }
+    QString inAct(std::size_t i, int id) { return m_act.contacts[i][id].toString(); }
+};
+
+TEST_F(Eintragen, DebtorWithDatevFollowsTheRecordStepByStep)
+{
+    zeigeMitMandant();
+    m_haupt->konfiguration.DatevNr = true;
+    liste(u"cbxPreisliste").setCurrentIndex(2);
+    feld(u"txbRabatt").setText(u"3"_s);
+    feld(u"txbLaendercode").setText(u"43"_s);
+    m_tisch.boxes.clear();
+    m_tisch.settings.clear();
+    m_ablauf.clear();
+    eintragen();
+
+    const QStringList soll = erwartet(u"debitor_mit_datev.txt"_s);
+    for (qsizetype i = 0; i < std::max(soll.size(), m_ablauf.size()); ++i)
+        ASSERT_TRUE(m_ablauf.value(i) == soll.value(i)) << i + 1 << ": " << qPrintable(m_ablauf.value(i));
+
+    EXPECT_THAT(zeilen(konten),
+                ElementsAre(u"D000000|Hansen & Söhne GmbH|Sommer, Petra|Sehr geehrte(r) Sommer|3|43|2|1|00000"_s));
+    EXPECT_THAT(zeilen(eintraege),
+                ElementsAre(u"D000000|1|Petra Sommer|Mobil|+49 171 555001|0"_s,
+                            u"D000000|2|Petra Sommer|Email|p.sommer@hansen.example|2"_s,
+                            u"D000000|3|Jörg Äpfelbach|Telefon|+49 40 123460|0"_s, u"D000000|4|Jörg Äpfelbach|Fax||1"_s,
+                            u"D000000|5|Jörg Äpfelbach|Mobil|+41 79 5550022|0"_s,
+                            u"D000000|6|Jörg Äpfelbach|Email|j.aepfelbach@hansen.example|2"_s,
+                            u"D000000|7|Weiß|Telefon||0"_s, u"D000000|8|Weiß|Fax||1"_s, u"D000000|9|Weiß|Mobil||0"_s,
+                            u"D000000|10|Weiß|Email||2"_s, u"D000000|11|Zoë Kühn|Telefon||0"_s,
+                            u"D000000|12|Zoë Kühn|Fax|+49 421 99887|1"_s, u"D000000|13|Zoë Kühn|Mobil||0"_s,
+                            u"D000000|14|Zoë Kühn|Email|z.kuehn@hansen.example|2"_s));
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(inAct(i, 60) + inAct(i, 61) + inAct(i, 62), u"D000000Muster.PCK"_s + (i == 0 ? u'H' : u'N'));
+    EXPECT_EQ(inAct(1, 14), u"[41]79 5550022"_s);
+    EXPECT_EQ(gemerkt(u"Typ"_s) + gemerkt(u"Mandant"_s) + gemerkt(u"Laendercode"_s), u"0143"_s);
+    EXPECT_THAT(m_tisch.boxTexts(), SizeIs(2)) << "the number's and the type's column, which the template leaves out";
+    EXPECT_TRUE(m_haupt->beendet());
+    EXPECT_TRUE(m_haupt->Status().isHidden());
+    EXPECT_EQ(m_haupt->Status().ProgressBar1(), 100);
+    EXPECT_EQ(m_tisch.clipboardHistory.size(), ablaufMit(u"SQL UPDATE"_s).size() + ablaufMit(u"SQL INSERT"_s).size());
+}
+
+TEST_F(Eintragen, TypeDecidesWhatIsWritten)
+{
+    const auto angabe = [](const QString &tabelle, const QString &wert, const QString &nummer) {
+        return u"SQL UPDATE %1 SET %2 WHERE PersktoNummer='%3'"_s.arg(tabelle, wert, nummer);
+    };
+    const QString S = u"SPersKto"_s;
+    const QString code = u"PersKtoLaendercode=49"_s, rabatt = u"PersKtoRabatt=0"_s, preis = u"PersKtoPreisGruppe=0"_s,
+                  waehrung = u"PersKtoDefWaehrungIdx=1"_s;
+    // clang-format off
+    struct Row { const char *name; int typ; bool datev; QStringList soll; };
+    const Row rows[] = {
+        {"debtor",                0, false, {angabe(S, rabatt, u"D000000"_s), angabe(S, code, u"D000000"_s), angabe(S, preis, u"D000000"_s), angabe(S, waehrung, u"D000000"_s)}},
+        {"creditor with DATEV",   1, true,  {angabe(S, rabatt, u"K000000"_s), angabe(S, code, u"K000000"_s), angabe(S, waehrung, u"K000000"_s),
+                                             angabe(u"sPersKto"_s, u"PersKtoDATEVNr='00000'"_s, u"K000000"_s)}},
+        {"employee with DATEV",   2, true,  {angabe(S, code, u"M000000"_s), angabe(S, waehrung, u"M000000"_s)}},
+        {"address with DATEV",    3, true,  {angabe(S, code, u"A000000"_s)}},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        merke(u"Typ"_s, QString::number(row.typ));
+        zeigeMitMandant({beispiel::firmengruppe()[0]});
+        m_haupt->konfiguration.DatevNr = row.datev;
+        feld(u"txbLaendercode").clear();
+        eintragen();
+        QStringList ist = m_ablauf.filter(QRegularExpression(u"UPDATE (SPersKto|.*DATEVNr)"_s));
+        EXPECT_EQ(ist, row.soll);
+        EXPECT_EQ(gemerkt(u"Laendercode"_s), u"49"_s) << "an empty code is the German one";
+    }
+}
+
+TEST_F(Eintragen, GroupsOfAnySizeAreWrittenAndWrittenBack)
+{
+    for (const int anzahl : {1, 2, 50}) {
+        SCOPED_TRACE(anzahl);
+        beispiel::fuehreAus(*m_engine, mandant(), {u"DELETE FROM sPersKom"_s});
+        std::vector<beispiel::Person> personen(std::size_t(anzahl), beispiel::firmengruppe()[1]);
+        for (std::size_t i = 0; i < personen.size(); ++i)
+            personen[i].id = u"ID%1"_s.arg(i);
+        zeigeMitMandant(personen);
+        const QString konto = nummer();
+        eintragen();
+        EXPECT_EQ(zeilen(u"SELECT PersKommLfdNr FROM sPersKom"_s).size(), 2 + 4 * (anzahl - 1));
+        EXPECT_EQ(m_act.callsOf(u"SetField"_s).size(), anzahl * (3 + 12));
+        EXPECT_EQ(inAct(std::size_t(anzahl - 1), 60), konto);
+    }
+}
+
+TEST_F(Eintragen, NumberTakenMeanwhileStopsItOnce)
+{
+    zeigeMitMandant();
+    beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000000"_s});
+    eintragen();
+    EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Die Nummer D000000 ist schon vergeben !"_s));
+    EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty());
+    EXPECT_THAT(m_act.callsOf(u"SetField"_s), IsEmpty());
+    EXPECT_FALSE(m_haupt->beendet());
+    EXPECT_TRUE(m_haupt->Status().isHidden());
+    EXPECT_TRUE(finde<QPushButton>(u"cmdEintragen").hasFocus());
+    EXPECT_EQ(m_haupt->Mitglieder[0]->Nummer + m_haupt->Mitglieder[0]->Mandant, u"D000000Muster.PCK"_s);
+
+    eintragen(); // the main contact counts as transferred now
+    EXPECT_THAT(ablaufMit(u"INSERT INTO sPersKto "_s), IsEmpty());
+    EXPECT_EQ(zeilen(eintraege).size(), 3 * 4);
+    EXPECT_EQ(inAct(0, 60), u"D000000"_s);
+}
+
+TEST_F(Eintragen, OnlyNewMembersOfAnExistingAccountAreAdded)
+{
+    std::vector<beispiel::Person> personen = beispiel::firmengruppe();
+    for (const std::size_t i : {0U, 2U}) {
+        personen[i].nummer = u"D000077"_s;
+        personen[i].mandant = u"Muster.PCK"_s;
+    }
+    zeige(personen);
+    liste(u"cbxMandant").setCurrentIndex(1);
+    m_tisch.boxes.clear();
+    eintragen();
+    EXPECT_THAT(m_tisch.boxTexts(), IsEmpty());
+    EXPECT_THAT(ablaufMit(u"sPersKto (PersKtoNummer"_s), IsEmpty());
+    EXPECT_EQ(zeilen(u"SELECT PersKommAnsprech FROM sPersKom WHERE PersKommNummer = 'D000077' AND PersKommTyp = 1"_s),
+              (QStringList{u"Jörg Äpfelbach"_s, u"Zoë Kühn"_s}));
+    for (std::size_t i = 0; i < personen.size(); ++i)
+        EXPECT_EQ(inAct(i, 60), u"D000077"_s);
+
+    // The lists of a freshly loaded dialog have closed the client, and no number is asked for: nothing is written.
+    zeigeMitMandant(personen);
+    eintragen();
+    EXPECT_EQ(m_tisch.boxTexts().last(), u"Fehler: 91:Objektvariable nicht festgelegt"_s);
+    EXPECT_THAT(m_act.callsOf(u"SetField"_s), IsEmpty());
+}
+
+TEST_F(Eintragen, ApostropheHoldsInValuesAndFailsInContactPersons)
+{
+    std::vector<beispiel::Person> personen = beispiel::firmengruppe();
+    personen[0].firma = u"O'Neill & Töchter"_s;
+    personen[1].nachname = u"O'Neill"_s;
+    zeigeMitMandant(personen);
+    eintragen();
+    EXPECT_THAT(zeilen(u"SELECT PersKtoName FROM sPersKto"_s), ElementsAre(u"O'Neill & Töchter"_s));
+    EXPECT_EQ(zeilen(eintraege).size(), 2) << "the main contact's";
+    EXPECT_TRUE(m_tisch.boxTexts().last().startsWith(u"Fehler: 3075:"_s));
+    EXPECT_TRUE(m_haupt->beendet());
+    EXPECT_THAT(m_act.callsOf(u"SetField"_s), IsEmpty());
+}
+
+TEST_F(Eintragen, DiscountWithACommaIsToldAndTheTransferGoesOn)
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    zeigeMitMandant();
+    feld(u"txbRabatt").setText(u"12,5"_s);
+    eintragen();
+    EXPECT_THAT(ablaufMit(u"PersKtoRabatt=12,5"_s), SizeIs(1));
+    ASSERT_THAT(m_tisch.boxTexts(), SizeIs(3));
+    EXPECT_TRUE(m_tisch.boxTexts()[2].startsWith(u"Fehler in Klasse clPCK Methode setzeWert\r\nFehlernummer: 3144"_s));
+    EXPECT_THAT(zeilen(u"SELECT PersKtoRabatt, PersKtoLaendercode FROM sPersKto"_s), ElementsAre(u"0|49"_s));
+    EXPECT_EQ(inAct(3, 60), u"D000000"_s);
+}
+
+TEST_F(Eintragen, NothingElseCanBeDoneMeanwhile)
+{
+    zeigeMitMandant();
+    m_tisch.onYield = [this] {
+        EXPECT_FALSE(liste(u"cbxMandant").isEnabled());
+        EXPECT_FALSE(finde<QPushButton>(u"cmdEintragen").isEnabled());
+        dialog().close();
+        EXPECT_FALSE(m_haupt->beendet());
+    };
+    eintragen();
+    EXPECT_EQ(inAct(3, 60), u"D000000"_s);
+    EXPECT_EQ(zeilen(u"SELECT PersKtoNummer FROM sPersKto"_s).size(), 1);
+}
+
+TEST(OLE_Schreib_Filter, PutsTheCountryCodeInBrackets)
+{
+    // clang-format off
+    struct Row { const char *name; QString feld; QString wert; QString soll; };
+    const Row rows[] = {
+        {"telephone",              u"Telefon privat"_s, u"+49 40 123456"_s,   u"[49]40 123456"_s},
+        {"three digits",           u"Handy"_s,          u"+423 663 1234"_s,   u"[423]663 1234"_s},
+        {"two blanks",             u"Telefax Fax"_s,    u"+49  40 123456 "_s, u"[49]40 123456"_s},
+        {"no plus",                u"Telefon"_s,        u"0049 40 1"_s,       u"0049 40 1"_s},
+        {"no blank",               u"Telefon"_s,        u"+4940123456"_s,     u"+4940123456"_s},
+        {"blank in front",         u"Telefon"_s,        u" +49"_s,            u" +49"_s},
+        {"empty",                  u"Fax"_s,            u""_s,                u""_s},
+        {"no phone field",         u"Firma"_s,          u"+1 Plus Eins"_s,    u"+1 Plus Eins"_s},
+        {"other capitals",         u"telefon"_s,        u"+49 40 1"_s,        u"+49 40 1"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QString wert = row.wert;
+        EXPECT_EQ(Eintragung::OLE_Schreib_Filter(wert, row.feld), row.soll);
+        EXPECT_EQ(wert, row.soll) << "in place, too";
+    }
+    EXPECT_EQ(Eintragung::getvalue(QVariant()), QVariant(QString()));
+    EXPECT_EQ(Eintragung::getvalue(5), QVariant(5));
+}

@@ -1,0 +1,191 @@
+// Loading the dialog, and how its lists follow client and type.
+#include "tests/transfer/TransferTest.h"
+
+using namespace Qt::StringLiterals;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Laden : public TransferTest
+{ };
+
+TEST_F(Laden, SelectsWhatWasUsedLast)
+{
+    // clang-format off
+    struct Row { const char *name; std::optional<QString> mandant, typ, code; QString zeigtMandant, zeigtTyp, zeigtCode, nummer; };
+    const Row rows[] = {
+        {"first start",         {},          {},        {},         u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
+        {"all remembered",      u"1"_s,      u"1"_s,    u"43"_s,    u"Muster.PCK"_s,       u"K-Kreditor"_s,    u"43"_s, u"K000000"_s},
+        {"client gone",         u"2"_s,      u"3"_s,    u""_s,      u"Mandantenauswahl"_s, u"A-Adresse"_s,     u""_s,   u"Kein Zugriff !"_s},
+        {"no number",           u"eins"_s,   u"M"_s,    u"abc"_s,   u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
+        {"negative",            u"-1"_s,     u"0"_s,    u"49"_s,    u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
+        {"far too large",       u"1e12"_s,   u"0"_s,    u"49"_s,    u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
+        {"fractions",           u"0,6"_s,    u"1.8x"_s, u"49"_s,    u"Muster.PCK"_s,       u"M-Mitarbeiter"_s, u"49"_s, u"M000000"_s},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_tisch.settings.clear();
+        for (const auto &[name, wert] :
+             {std::pair(u"Mandant"_s, row.mandant), {u"Typ"_s, row.typ}, {u"Laendercode"_s, row.code}}) {
+            if (wert)
+                merke(name, *wert);
+        }
+        zeige();
+        EXPECT_EQ(liste(u"cbxMandant").currentText(), row.zeigtMandant);
+        EXPECT_EQ(liste(u"cbxTyp").currentText(), row.zeigtTyp);
+        EXPECT_EQ(feld(u"txbLaendercode").text(), row.zeigtCode);
+        EXPECT_EQ(feld(u"txbRabatt").text(), u"0,00"_s);
+        EXPECT_EQ(nummer(), row.nummer);
+        EXPECT_EQ(liste(u"cbxPreisliste").currentText(), u"Keine"_s);
+        EXPECT_EQ(liste(u"cbxWaehrung").currentText(), row.zeigtMandant == u"Muster.PCK" ? u"1 - Euro"_s : QString());
+    }
+    EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Bitte geben Sie eine Ländervorwahl zwischen 1 und 999 ein."_s))
+        << "of the code that is no number";
+}
+
+TEST_F(Laden, EndsTheProgramOnATypeThatDoesNotExist)
+{
+    for (const QString &typ : {u"4"_s, u"-1"_s}) {
+        merke(u"Typ"_s, typ);
+        zeige();
+        EXPECT_TRUE(m_haupt->beendet());
+        EXPECT_EQ(m_tisch.boxTexts().last(), u"Fehler: 380:Ungültiger Eigenschaftswert"_s);
+        EXPECT_TRUE(m_haupt->Status().isHidden());
+    }
+}
+
+TEST_F(Laden, EndsTheProgramWithoutClients)
+{
+    ASSERT_TRUE(QFile::remove(mandant()));
+    zeige();
+    EXPECT_TRUE(m_haupt->beendet());
+    EXPECT_THAT(m_tisch.boxTexts(),
+                ElementsAre(u"In dem Ordner %1/\r\nkonnten keine Mandanten gefunden werden.\r\n"
+                            "Bitte korrigieren Sie den Pfad in der Konfiguration von VELDRAK."_s.arg(m_ordner.path())));
+    EXPECT_EQ(m_tisch.boxes[0].icon, desktop::Icon::Exclamation);
+    EXPECT_THAT(m_act.calls, ElementsAre(u"Resize(800, 600)"_s));
+}
+
+TEST_F(Laden, TellsItsStepsAndShowsTheGroup)
+{
+    QStringList schritte;
+    m_tisch.onYield = [&] {
+        const QString text = m_haupt->Status().lbStatus();
+        if (schritte.isEmpty() || schritte.last() != text)
+            schritte += text;
+        EXPECT_TRUE(m_haupt->Status().isVisible());
+    };
+    legeMandantAn(u"Alt.PCK"_s);
+    zeige();
+    EXPECT_THAT(schritte,
+                ElementsAre(u"Vorbereitung für den Transfer..."_s, u"Listen initialisieren..."_s,
+                            u"Liste für Mandanten füllen..."_s, u"Liste für Kontakte füllen..."_s,
+                            u"Zuletzt verwendeten Mandanten auswählen..."_s, u"Zuletzt verwendeten Typ auswählen..."_s,
+                            u"Zuletzt verwendeten Ländercode auswählen..."_s));
+    EXPECT_TRUE(m_haupt->Status().isHidden());
+    EXPECT_EQ(zeilenVon(liste(u"cbxMandant")), (QStringList{u"Mandantenauswahl"_s, u"Alt.PCK"_s, u"Muster.PCK"_s}));
+    EXPECT_EQ(finde<QLabel>(u"lbFirma").text(), u"Hansen & Söhne GmbH"_s);
+    QStringList namen;
+    for (int i = 0; i < finde<QListWidget>(u"lbxNamen").count(); ++i)
+        namen += finde<QListWidget>(u"lbxNamen").item(i)->text();
+    EXPECT_EQ(namen, (QStringList{u"Petra Sommer"_s, u"Jörg Äpfelbach"_s, u"Weiß"_s, u"Zoë Kühn"_s}));
+    EXPECT_EQ(finde<QListWidget>(u"lbxNamen").currentRow(), 0);
+    EXPECT_EQ(feld(u"txbLaendercode").toolTip(), u"internationale Ländervorwahl (D=49; A=43,CH=41 etc."_s);
+}
+
+TEST_F(Laden, TypeDecidesWhatCanBeGiven)
+{
+    // clang-format off
+    struct Row { int typ; QString nummer; bool preisliste; bool waehrung; bool rabatt; };
+    const Row rows[] = {
+        {1, u"K000000"_s, false, true,  true},
+        {0, u"D000003"_s, true,  true,  true},
+        {2, u"M000000"_s, false, true,  false},
+        {3, u"A000001"_s, false, false, false},
+    };
+    // clang-format on
+    beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000000"_s, u"D000002"_s, u"A000000"_s});
+    zeigeMitMandant();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.typ);
+        liste(u"cbxTyp").setCurrentIndex(row.typ);
+        EXPECT_EQ(nummer(), row.nummer);
+        EXPECT_EQ(liste(u"cbxPreisliste").isEnabled(), row.preisliste);
+        EXPECT_EQ(liste(u"cbxWaehrung").isEnabled(), row.waehrung);
+        EXPECT_EQ(feld(u"txbRabatt").isEnabled(), row.rabatt);
+        EXPECT_TRUE(feld(u"txbLaendercode").isEnabled());
+    }
+    liste(u"cbxMandant").setCurrentIndex(0);
+    EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
+    liste(u"cbxTyp").setCurrentIndex(1);
+    EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
+    EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")), QStringList{u"Keine"_s});
+    EXPECT_EQ(liste(u"cbxWaehrung").count(), 0);
+}
+
+TEST_F(Laden, ClientChangeReadsPricesOnceAndCurrenciesTwice)
+{
+    zeige();
+    m_ablauf.clear();
+    liste(u"cbxMandant").setCurrentIndex(1);
+    const auto alle = [this](const QString &sql) { return m_ablauf.count(u"SQL "_s + sql); };
+    EXPECT_EQ(alle(u"Select FKAbfPreisGrp2 FROM SABFKons"_s), 1);
+    EXPECT_EQ(alle(u"Select SchlbezNr,SchlbezBez FROM sSchlbez WHERE SchlbezTyp = 20"_s), 2) << "one for each of two";
+    EXPECT_EQ(alle(u"Select * FROM Waehrung"_s), 2);
+    EXPECT_EQ(alle(u"Select WhrgNr,WhrgName FROM Waehrung ORDER BY WhrgNr"_s), 8) << "one for each of four, twice";
+    EXPECT_EQ(m_ablauf.last(),
+              u"SQL SELECT PersKtoNummer  FROM sPersKto  WHERE PersKtoArt=68  "
+              "AND PersKtoNummer >= 'D000000'  ORDER BY PersKtoNummer DESC"_s);
+    EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")),
+              (QStringList{u"Keine"_s, u"1 - Endkunden"_s, u"2 - Händler"_s, u"3 - Großhandel"_s, u"4 - Messepreise"_s,
+                           u"5 - Mitarbeiter"_s}));
+}
+
+TEST_F(Laden, LastCurrencyCalledEuroIsSelected)
+{
+    // clang-format off
+    struct Row { const char *name; QStringList waehrungen; int gewaehlt; };
+    const Row rows[] = {
+        {"first",  {u"Euro"_s, u"US-Dollar"_s},                   0},
+        {"last",   {u"Deutsche Mark"_s, u"US-Dollar"_s, u"EURO"_s}, 2},
+        {"twice",  {u"Euro"_s, u"US-Dollar"_s, u"EURO (alt)"_s},  2},
+        {"inside", {u"US-Dollar"_s, u"Neuro"_s, u"Pfund"_s},      1},
+        {"never",  {u"US-Dollar"_s, u"Pfund"_s},                  -1},
+        {"empty",  {},                                            -1},
+    };
+    // clang-format on
+    zeige();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QStringList anweisungen{u"DELETE FROM Waehrung"_s};
+        QStringList zeilen;
+        for (const QString &name : row.waehrungen) {
+            anweisungen += u"INSERT INTO Waehrung VALUES (%1, '%2')"_s.arg(zeilen.size()).arg(name);
+            zeilen += u"%1 - %2"_s.arg(zeilen.size()).arg(name);
+        }
+        beispiel::fuehreAus(*m_engine, mandant(), anweisungen);
+        liste(u"cbxMandant").setCurrentIndex(1);
+        EXPECT_EQ(zeilenVon(liste(u"cbxWaehrung")), zeilen);
+        EXPECT_EQ(liste(u"cbxWaehrung").currentIndex(), row.gewaehlt);
+        liste(u"cbxMandant").setCurrentIndex(0);
+    }
+    EXPECT_THAT(m_tisch.boxTexts(), IsEmpty());
+}
+
+TEST_F(Laden, SelectionDuringASelectionIsFollowed)
+{
+    legeMandantAn(u"Alt.PCK"_s);
+    beispiel::fuehreAus(*m_engine, mandant(), {u"DELETE FROM Waehrung"_s});
+    zeige();
+    m_tisch.onYield = [this] {
+        m_tisch.onYield = nullptr;
+        liste(u"cbxMandant").setCurrentIndex(2); // the user is faster than the lists
+        eintragen();
+    };
+    liste(u"cbxMandant").setCurrentIndex(1);
+    EXPECT_EQ(liste(u"cbxMandant").currentText(), u"Muster.PCK"_s);
+    EXPECT_EQ(liste(u"cbxWaehrung").count(), 0);
+    EXPECT_EQ(liste(u"cbxPreisliste").count(), 6);
+    EXPECT_THAT(m_act.calls, IsEmpty()) << "a command meanwhile is dropped";
+}
