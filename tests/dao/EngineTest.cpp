@@ -27,15 +27,21 @@ TEST(ConnectString, IsTakenApart)
 TEST(Engine, HandsTheRequestToTheRightDriver)
 {
     TestEngine t;
-    t.engine->OpenDatabase(u"Ordner\\a.PCK"_s, 0, true, u";DATABASE=b;PWD=x"_s);
-    EXPECT_EQ(t.jet->lastRequest.path, u"Ordner/a.PCK"_s);
-    EXPECT_EQ(t.jet->lastRequest.password, u"x"_s);
+    const QString lastPart = t.path.section(u'/', -1).toUpper();
+    t.engine->OpenDatabase(t.path.chopped(lastPart.size()).replace(u'/', u'\\') + lastPart, 0, true,
+                           u";DATABASE=b;PWD="_s);
+    EXPECT_EQ(t.jet->lastRequest.path, t.path);
     EXPECT_TRUE(t.jet->lastRequest.readOnly);
-    EXPECT_EQ(t.engine->OpenDatabase({}, 0, false, u";DATABASE=b"_s)->Name(), u"b"_s);
-    t.engine->OpenDatabase(u"K"_s, 0, false, u"FoxPro 2.6;"_s);
-    EXPECT_EQ(t.dbase->lastRequest.path, u"K"_s);
+    EXPECT_EQ(t.engine->OpenDatabase({}, 0, false, u";DATABASE="_s + t.path)->Name(), t.path);
+    QString description;
+    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(u"x\\b"_s, 0, false, u";PWD=geheim"_s); }, &description),
+              3024);
+    EXPECT_TRUE(description.contains(u"x/b"_s) && !description.contains(u"''"_s)) << description.toStdString();
+    EXPECT_EQ(t.jet->lastRequest.password, u"geheim"_s);
+    t.engine->OpenDatabase(t.folder.path(), 0, false, u"FoxPro 2.6;"_s);
+    EXPECT_EQ(t.dbase->lastRequest.path, t.folder.path());
     EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(u"x"_s, 0, false, u"Excel 8.0;"_s); }), 3170);
-    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->CreateDatabase(u"b"_s, {}, dao::DBEngine::dbVersion40); }), 3204);
+    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->CreateDatabase(t.path, {}, dao::DBEngine::dbVersion40); }), 3204);
 }
 
 TEST(Engine, EndsWhatWasOpenedThroughAnObject)
@@ -46,8 +52,8 @@ TEST(Engine, EndsWhatWasOpenedThroughAnObject)
     t.engine->AppendWorkspace(workspace);
     EXPECT_EQ(TestEngine::errorOf([&] { t.engine->AppendWorkspace(t.engine->CreateWorkspace(u"test"_s, {}, {})); }),
               3367);
-    const auto first = workspace->OpenDatabase(u"jet"_s, 0, false, {});
-    const auto second = workspace->OpenDatabase(u"jet"_s, 0, false, {});
+    const auto first = workspace->OpenDatabase(t.path, 0, false, {});
+    const auto second = workspace->OpenDatabase(t.path, 0, false, {});
     const auto records = first->OpenRecordset(u"t"_s);
     const auto others = second->OpenRecordset(u"SELECT a + 1 FROM t"_s);
     records->Edit();
@@ -64,7 +70,7 @@ TEST(Engine, EndsWhatWasOpenedThroughAnObject)
         [&] { first->Name(); },
         [&] { second->Execute(u"DELETE FROM t"_s); },
         [&] { second->OpenRecordset(u"t"_s); },
-        [&] { workspace->OpenDatabase(u"jet"_s, 0, false, {}); },
+        [&] { workspace->OpenDatabase(t.path, 0, false, {}); },
         [&] { workspace->Close(); },
     };
     for (const auto &use : uses)
@@ -88,7 +94,7 @@ TEST(Engine, RefusesWritesToAReadOnlyDatabase)
 {
     TestEngine t;
     t.run({u"CREATE TABLE t (a LONG)", u"INSERT INTO t VALUES (1)"});
-    t.db = t.engine->OpenDatabase(u"jet"_s, 0, true, {});
+    t.db = t.engine->OpenDatabase(t.path, 0, true, {});
     EXPECT_EQ(t.executeError(u"UPDATE t SET a = 2"_s), 3027);
     EXPECT_EQ(t.executeError(u"DROP TABLE t"_s), 3027);
     EXPECT_EQ(t.openError(u"SELECT a FROM fehlt"_s), 3078);

@@ -93,6 +93,7 @@ TEST(Like, WorksInQueriesOnValuesOfEveryType)
     EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE a Like '*'"_s), u"4711"_s) << "Null is like nothing";
     EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE Not a Like 'x*'"_s), u"4711"_s);
     EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE a Not Like 'x*' OR a IS NULL"_s), u"4711;12"_s);
+    EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE a Like 'M[u-v]ller'"_s), u"4711"_s) << "a range of the text order";
     EXPECT_EQ(t.openError(u"SELECT n FROM t WHERE a Like '*[M*'"_s), 93);
 }
 

@@ -1,5 +1,10 @@
-// Memory databases that count and fail, and an engine over them.
+// Databases that count and fail, and an engine over them.
 #include "tests/dao/TestDatabase.h"
+
+#include <map>
+
+#include "platform/dbf/DbfDriver.h"
+#include "platform/jet/JetDatabase.h"
 
 using namespace Qt::StringLiterals;
 using storage::StorageError;
@@ -81,41 +86,39 @@ private:
     storage::Table &m_inner;
 };
 
-/// One opening of a memory database.
-class Opened : public storage::Database
+class CountingDatabase : public storage::Database
 {
 public:
-    Opened(TestDriver &driver, storage::MemoryDatabase &inner, bool readOnly)
+    CountingDatabase(TestDriver &driver, std::unique_ptr<storage::Database> inner)
         : m_driver(driver)
-        , m_inner(inner)
-        , m_readOnly(readOnly)
+        , m_inner(std::move(inner))
     { }
 
-    bool readOnly() const override { return m_readOnly; }
-    QStringList tableNames() const override { return m_inner.tableNames(); }
+    bool readOnly() const override { return m_inner->readOnly(); }
+    QStringList tableNames() const override { return m_inner->tableNames(); }
     storage::Table *table(const QString &name) override
     {
-        storage::Table *found = m_inner.table(name);
-        auto &table = m_tables[name.toCaseFolded()];
-        table = found == nullptr ? nullptr
-            : table              ? std::move(table)
-                                 : std::make_unique<CountingTable>(m_driver, *found);
+        storage::Table *found = m_inner->table(name);
+        if (found == nullptr)
+            return nullptr;
+        auto &table = m_tables[found];
+        if (!table)
+            table = std::make_unique<CountingTable>(m_driver, *found);
         return table.get();
     }
-    int compareTexts(QStringView left, QStringView right) const override { return m_inner.compareTexts(left, right); }
-    bool caseSensitive() const override { return m_inner.caseSensitive(); }
-    std::unique_ptr<storage::WriteScope> beginWrite() override { return m_inner.beginWrite(); }
-    void createTable(const storage::TableSchema &schema) override { m_inner.createTable(schema); }
-    void createIndex(const QString &table, const storage::Index &index) override { m_inner.createIndex(table, index); }
-    void createRelationship(const storage::Relationship &added) override { m_inner.createRelationship(added); }
-    void dropTable(const QString &name) override { m_inner.dropTable(name); }
-    std::vector<storage::Relationship> relationships() const override { return m_inner.relationships(); }
+    int compareTexts(QStringView left, QStringView right) const override { return m_inner->compareTexts(left, right); }
+    bool caseSensitive() const override { return m_inner->caseSensitive(); }
+    std::unique_ptr<storage::WriteScope> beginWrite() override { return m_inner->beginWrite(); }
+    void createTable(const storage::TableSchema &schema) override { m_inner->createTable(schema); }
+    void createIndex(const QString &table, const storage::Index &index) override { m_inner->createIndex(table, index); }
+    void createRelationship(const storage::Relationship &added) override { m_inner->createRelationship(added); }
+    void dropTable(const QString &name) override { m_inner->dropTable(name); }
+    std::vector<storage::Relationship> relationships() const override { return m_inner->relationships(); }
 
 private:
     TestDriver &m_driver;
-    storage::MemoryDatabase &m_inner;
-    bool m_readOnly;
-    std::map<QString, std::unique_ptr<storage::Table>> m_tables;
+    std::unique_ptr<storage::Database> m_inner;
+    std::map<storage::Table *, std::unique_ptr<storage::Table>> m_tables;
 };
 
 } // namespace
@@ -125,33 +128,29 @@ std::unique_ptr<storage::Database> TestDriver::open(const storage::OpenRequest &
     lastRequest = request;
     if (failOnOpen)
         throw StorageError(*failOnOpen);
-    return std::make_unique<Opened>(*this, database(request.path), request.readOnly);
+    return std::make_unique<CountingDatabase>(*this, m_real->open(request));
 }
 
-std::unique_ptr<storage::Database> TestDriver::create(const storage::OpenRequest &request, storage::FileVersion)
+std::unique_ptr<storage::Database> TestDriver::create(const storage::OpenRequest &request, storage::FileVersion version)
 {
-    if (m_databases.contains(request.path))
-        throw StorageError(StorageError::AlreadyExists, {}, request.path);
-    return open(request);
-}
-
-storage::MemoryDatabase &TestDriver::database(const QString &path)
-{
-    auto &database = m_databases[path];
-    if (!database)
-        database = std::make_unique<storage::MemoryDatabase>(false, m_caseSensitive);
-    return *database;
+    return std::make_unique<CountingDatabase>(*this, m_real->create(request, version));
 }
 
 TestEngine::TestEngine()
+    : path(folder.filePath(u"Muster.PCK"_s))
 {
-    auto jetDriver = std::make_unique<TestDriver>();
-    auto dbaseDriver = std::make_unique<TestDriver>(true);
+    auto jetDriver = std::make_unique<TestDriver>(std::make_unique<jet::JetDriver>());
+    auto dbaseDriver = std::make_unique<TestDriver>(std::make_unique<dbf::DbfDriver>());
     jet = jetDriver.get();
     dbase = dbaseDriver.get();
     engine = std::make_unique<dao::EmbeddedEngine>(std::move(jetDriver), std::move(dbaseDriver));
-    db = engine->OpenDatabase(u"jet"_s, 0, false, {});
-    exact = engine->OpenDatabase(u"dbase"_s, 0, false, u"FoxPro 2.6;"_s);
+    db = engine->CreateDatabase(path, {}, dao::DBEngine::dbVersion40);
+    exact = engine->OpenDatabase(folder.path(), 0, false, u"FoxPro 2.6;"_s);
+}
+
+std::unique_ptr<storage::Database> TestEngine::otherProgram()
+{
+    return jet::JetDriver().open({path});
 }
 
 void TestEngine::run(std::initializer_list<const char16_t *> statements)

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 
+#include <QTemporaryDir>
+
 #include "platform/dao/embedded/EmbeddedEngine.h"
-#include "platform/interim/MemoryDatabase.h"
 
 /// What the engine asked of a table.
 struct Calls {
@@ -17,18 +17,17 @@ struct Calls {
     bool operator()(int scanned, int ranged) const { return scans == scanned && ranges == ranged; }
 };
 
-/// Opens memory databases by path, counts what is asked of their tables and fails on demand.
+/// Opens databases through a real driver, counts what is asked of their tables and fails on demand.
 class TestDriver : public storage::Driver
 {
 public:
-    explicit TestDriver(bool caseSensitive = false)
-        : m_caseSensitive(caseSensitive)
+    explicit TestDriver(std::unique_ptr<storage::Driver> real)
+        : m_real(std::move(real))
     { }
 
     std::unique_ptr<storage::Database> open(const storage::OpenRequest &request) override;
-    std::unique_ptr<storage::Database> create(const storage::OpenRequest &request, storage::FileVersion) override;
-
-    storage::MemoryDatabase &database(const QString &path);
+    std::unique_ptr<storage::Database> create(const storage::OpenRequest &request,
+                                              storage::FileVersion version) override;
 
     Calls calls{};
     storage::OpenRequest lastRequest{};
@@ -37,8 +36,7 @@ public:
     std::optional<storage::StorageError> failOnRead{}; // at the second row of a cursor
 
 private:
-    bool m_caseSensitive;
-    std::map<QString, std::unique_ptr<storage::MemoryDatabase>> m_databases;
+    std::unique_ptr<storage::Driver> m_real;
 };
 
 /// An engine over test drivers with one open database of each kind.
@@ -53,7 +51,11 @@ struct TestEngine {
     static int errorOf(const std::function<void()> &call, QString *description = nullptr);
     int executeError(const QString &sql, QString *description = nullptr);
     int openError(const QString &source, QString *description = nullptr);
+    /// The Jet file as another program sees it.
+    std::unique_ptr<storage::Database> otherProgram();
 
+    QTemporaryDir folder;
+    QString path; // of the Jet file
     TestDriver *jet;
     TestDriver *dbase;
     std::unique_ptr<dao::EmbeddedEngine> engine;

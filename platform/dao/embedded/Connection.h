@@ -15,6 +15,7 @@ namespace dao {
 /// A prepared statement; finalised with the object.
 using StatementHandle = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)>;
 
+/// A cursor that stays between calls; null: to be fetched again.
 struct HeldCursor {
     std::unique_ptr<storage::Cursor> cursor{};
 };
@@ -37,13 +38,14 @@ public:
     storage::Database &database() const;
     storage::Table &table(const QString &name) const; ///< 3078 if there is none
 
+    /// Reads a query or action statement and makes SQLite know the tables that it names, as they are now.
     SqlText translate(const QString &sql);
     /// `sql` is the text's own or its query for addresses.
     StatementHandle prepare(const SqlText &text, const QByteArray &sql);
     /// Moves to the statement's next row; false at its end.
     bool step(sqlite3_stmt *statement);
 
-    /// Runs an action statement without its write scope; returns the number of rows affected.
+    /// Runs an action statement in a write scope of its own; returns the number of rows affected.
     int run(const SqlText &text);
 
     /// Runs `write` as one whole: it happens, or nothing of it does.
@@ -81,7 +83,7 @@ private:
 
     std::unique_ptr<storage::Database> m_database;
     std::unique_ptr<sqlite3, int (*)(sqlite3 *)> m_sqlite;
-    std::map<QString, std::vector<storage::Column>> m_declared; // by name without case
+    std::map<QString, std::vector<storage::Column>> m_declared; // what SQLite was told, by table name
     std::vector<int> m_insertColumns;
     int m_changes = 0;
     std::vector<std::weak_ptr<HeldCursor>> m_heldCursors;

@@ -32,7 +32,7 @@ constexpr Description descriptions[] = {
     {DaoError::ReadOnly, u"Aktualisieren nicht möglich. Die Datenbank oder das Objekt ist schreibgeschützt."},
     {DaoError::NotAValidPassword, u"Kein zulässiges Kennwort."},
     {number::DeviceFailed, u"Fehler beim Zugriff auf Datenträger oder Netzwerk."},
-    {DaoError::FileInUse, u"'%1' ist von einem anderen Programm gesperrt."},
+    {DaoError::FileInUse, u"Die Datei '%1' ist von einem anderen Programm gesperrt."},
     {number::NotADatabase, u"Die Datenbank '%1' ist beschädigt und kann nicht geöffnet werden."},
     {DaoError::CannotOpen, u"Die Datei '%1' kann nicht geöffnet werden."},
     {DaoError::TooFewParameters,
@@ -146,6 +146,8 @@ DaoError daoError(int number, const QString &item)
     const auto *description = std::ranges::find(descriptions, number, &Description::number);
     Q_ASSERT(description != std::end(descriptions));
     QString text = QString::fromUtf16(description->text);
+    if (item.isEmpty())
+        text.remove(u" '%1'"_s);
     return DaoError(number, text.replace(u"%1"_s, item));
 }
 
