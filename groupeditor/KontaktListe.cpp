@@ -1,7 +1,10 @@
 // The two lists of the main window: what an item shows, and how it is read back.
 #include "groupeditor/KontaktListe.h"
 
+#include <algorithm>
+
 #include <QHeaderView>
+#include <QPainter>
 #include <QShowEvent>
 #include <QTextDocument>
 
@@ -36,6 +39,10 @@ KontaktListe::KontaktListe(QWidget *parent)
     setAlternatingRowColors(true);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setLineWidth(2);
+    const int zeile = std::max(16, fontMetrics().height());
+    setIconSize(QSize(zeile, zeile));
 }
 
 void KontaktListe::richteEin(const QStringList &felder, const Icons &icons)
@@ -61,6 +68,37 @@ void KontaktListe::showEvent(QShowEvent *ereignis)
     if (!m_breitenVerteilt)
         verteileBreiten();
     m_breitenVerteilt = true;
+}
+
+bool KontaktListe::event(QEvent *ereignis)
+{
+    const bool behandelt = QTreeWidget::event(ereignis);
+    if (ereignis->type() == QEvent::Paint)
+        maleRahmen();
+    else if (ereignis->type() == QEvent::FocusIn || ereignis->type() == QEvent::FocusOut)
+        update();
+    return behandelt;
+}
+
+// In the colour of the selection around the list that has the keyboard, even if it is empty.
+void KontaktListe::maleRahmen()
+{
+    const int breite = frameWidth();
+    QPainter maler(this);
+    maler.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Button), breite));
+    maler.drawRect(rect().adjusted(breite / 2, breite / 2, -breite / 2, -breite / 2));
+}
+
+// The current item, too: some styles do not mark it among selected ones.
+void KontaktListe::drawRow(QPainter *maler, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QTreeWidget::drawRow(maler, option, index);
+    if (!hasFocus() || index.row() != currentIndex().row())
+        return;
+    const bool gewaehlt = selectionModel()->isSelected(index);
+    maler->setPen(QPen(palette().color(gewaehlt ? QPalette::HighlightedText : QPalette::Text), 1, Qt::DashLine));
+    maler->setBrush(Qt::NoBrush);
+    maler->drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
 void KontaktListe::entferne(int i)

@@ -50,10 +50,13 @@ public:
 
 protected:
     void showEvent(QShowEvent *ereignis) override;
+    bool event(QEvent *ereignis) override;
+    void drawRow(QPainter *maler, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
     int spalteNummer() const { return m_felder + 1; }
     void verteileBreiten();
+    void maleRahmen();
     void beschrifte(QTreeWidgetItem &item) const;
 
     Icons m_icons;

@@ -20,7 +20,7 @@ QIcon lade(const QString &datei)
     return QIcon(datei);
 }
 
-// Hidden buttons keep their place, so that nothing jumps when they come back.
+// What blinks, and the button before it, keep their place when they are hidden: nothing may jump.
 void behaltePlatz(QWidget *widget)
 {
     QSizePolicy regel = widget->sizePolicy();
@@ -55,8 +55,7 @@ frmHauptkontakt::frmHauptkontakt(Haupt &haupt)
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint
                    | Qt::WindowCloseButtonHint);
     m_ui->setupUi(this);
-    for (QWidget *widget : std::initializer_list<QWidget *>{m_ui->cmdHauptkontakt, m_ui->cmdTransfer, m_ui->cmdFertig,
-                                                            m_ui->lbHaupt, m_ui->lbFirma})
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_ui->cmdHauptkontakt, m_ui->lbHaupt, m_ui->lbFirma})
         behaltePlatz(widget);
     for (QLabel *warnung : {m_ui->lbHaupt, m_ui->lbFirma})
         gestalteAlsWarnung(warnung);
@@ -113,7 +112,7 @@ void frmHauptkontakt::Form_Load()
     m_Timer1.start(400ms);
     const QString suchfeld = m_haupt.SyncFelder.SyncFeldname(m_haupt.konfiguration.IdSuchFeld1Name);
     m_ui->tbSuche->setText(m_haupt.Kontakt->Daten(suchfeld).left(4));
-    m_ui->tbFirma->setText(m_haupt.Kontakt->Daten(u"Firma"_s));
+    zeigeFirma(m_haupt.Kontakt->Daten(u"Firma"_s));
     richteListenEin();
     lvMitglieder().clear();
     lvMitglieder().haengeAn(*m_haupt.Kontakt);
@@ -189,6 +188,12 @@ void frmHauptkontakt::pruefeFirmennamen()
         if (!m_firmaGleich)
             return;
     }
+}
+
+void frmHauptkontakt::zeigeFirma(const QString &firma)
+{
+    m_ui->tbFirma->setText(firma);
+    m_ui->tbFirma->setCursorPosition(0); // of a long name the beginning shows
 }
 
 void frmHauptkontakt::Timer1_Timer()

@@ -35,6 +35,7 @@ private:
     void checkFlags();
     void setzeKnoepfe(int flagzahl);
     void pruefeFirmennamen();
+    void zeigeFirma(const QString &firma);
     void Timer1_Timer();
 
     // Search

@@ -10,7 +10,7 @@ void frmHauptkontakt::LVSucheZuLVMitglieder(const QTreeWidgetItem &item, int ico
 {
     lvMitglieder().haengeAn(item, icon);
     if (icon == KontaktListe::Haupt)
-        m_ui->tbFirma->setText(lvSuche().firma(item));
+        zeigeFirma(lvSuche().firma(item));
     checkFlags();
 }
 

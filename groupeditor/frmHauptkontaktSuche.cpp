@@ -92,6 +92,6 @@ void frmHauptkontakt::checkeQuery(const clKontakt &kontakt)
     lvMitglieder().haengeAn(kontakt);
     if (!m_hatHaupt && kontakt.Typ == u"H"_s) {
         m_hatHaupt = true;
-        m_ui->tbFirma->setText(kontakt.Daten(u"Firma"_s));
+        zeigeFirma(kontakt.Daten(u"Firma"_s));
     }
 }
