@@ -14,9 +14,10 @@ bool nochNichtUebertragen(const clKontakt &kontakt)
 
 } // namespace
 
-Eintragung::Eintragung(Haupt &haupt, clPCK &objPCK, const Angaben &angaben)
+Eintragung::Eintragung(Haupt &haupt, clPCK &objPCK, clKontakt &hauptkontakt, const Angaben &angaben)
     : m_haupt(haupt)
     , m_objPCK(objPCK)
+    , m_hauptkontakt(hauptkontakt)
     , m_angaben(angaben)
 { }
 
@@ -24,7 +25,7 @@ bool Eintragung::fuehreAus()
 {
     m_haupt.Status().show();
     m_haupt.zeigeStatus(u"Daten werden nach PCK übertragen ..."_s);
-    if (nochNichtUebertragen(hauptkontakt()) && !legeKontoAn())
+    if (nochNichtUebertragen(m_hauptkontakt) && !legeKontoAn())
         return false;
     uebertrageMitglieder();
     schreibeNachAct();
@@ -33,7 +34,7 @@ bool Eintragung::fuehreAus()
 
 bool Eintragung::legeKontoAn()
 {
-    clKontakt &kontakt = hauptkontakt();
+    clKontakt &kontakt = m_hauptkontakt;
     m_haupt.ActKontaktfenster->call(u"createLookup"_s, {kontakt.UniqueID});
     kontakt.Mandant = m_angaben.mandantName;
     kontakt.Nummer = m_angaben.nummer;
@@ -59,17 +60,17 @@ bool Eintragung::legeKontoAn()
 
 void Eintragung::uebertrageMitglieder()
 {
-    for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
-        clKontakt &kontakt = mitglied(i);
+    for (const KontaktPtr &mitglied : m_haupt.Mitglieder) {
+        clKontakt &kontakt = *mitglied;
         if (!nochNichtUebertragen(kontakt))
             continue;
-        if (i == m_haupt.HauptIndex) {
+        if (&kontakt == &m_hauptkontakt) {
             m_haupt.MsgBox({u"Neuer Hauptkontakt !!!"_s});
             m_haupt.zeigeStatus(u"Hauptkontakt wird in PCK überschrieben ..."_s);
             neueAdressdaten(kontakt);
         } else {
-            kontakt.Mandant = hauptkontakt().Mandant;
-            kontakt.Nummer = hauptkontakt().Nummer;
+            kontakt.Mandant = m_hauptkontakt.Mandant;
+            kontakt.Nummer = m_hauptkontakt.Nummer;
             m_haupt.zeigeStatus(u"Ansprechpartner wird in PCK angelegt ..."_s);
             neuerAnsprechpartner(kontakt);
         }
@@ -82,9 +83,10 @@ void Eintragung::schreibeNachAct()
     m_haupt.Status().show();
     m_haupt.zeigeStatus(u"Daten werden nach ACT! geschrieben ..."_s);
     m_haupt.ActKontaktfenster->call(u"LookupALL"_s);
-    for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
-        schreibeNachAct(mitglied(i));
-        m_haupt.Status().setze_ProgressBar1(CInt(100.0 * i / m_haupt.AnzahlMitglieder()));
+    int i = 0;
+    for (const KontaktPtr &mitglied : m_haupt.Mitglieder) {
+        schreibeNachAct(*mitglied);
+        m_haupt.Status().setze_ProgressBar1(CInt(100.0 * ++i / m_haupt.AnzahlMitglieder()));
         m_haupt.DoEvents();
     }
 }
@@ -177,13 +179,6 @@ QString Eintragung::OLE_Schreib_Filter(QString &wert, const QString &feldname)
 QVariant Eintragung::getvalue(const QVariant &wert)
 {
     return wert.isValid() ? wert : QVariant(QString());
-}
-
-clKontakt &Eintragung::mitglied(int i) const
-{
-    if (i < 1 || i > m_haupt.AnzahlMitglieder())
-        throw RunTimeError(RunTimeError::SubscriptOutOfRange);
-    return *m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)];
 }
 
 void Eintragung::waehleInAct(const clKontakt &kontakt)

@@ -27,7 +27,8 @@ public:
         std::optional<double> waehrung{};
     };
 
-    Eintragung(Haupt &haupt, clPCK &objPCK, const Angaben &angaben);
+    /// `hauptkontakt` is one of the group's members.
+    Eintragung(Haupt &haupt, clPCK &objPCK, clKontakt &hauptkontakt, const Angaben &angaben);
 
     /// Transfers the group and writes it back. False, after a box, if the number was taken meanwhile; then nothing was
     /// written, but the main contact keeps client and number. The program may end within.
@@ -50,12 +51,11 @@ private:
     void setzeAngaben(const QString &nummer);
     void neuerAnsprechpartner(const clKontakt &kontakt);
 
-    clKontakt &mitglied(int i) const;
-    clKontakt &hauptkontakt() const { return mitglied(m_haupt.HauptIndex); }
     void waehleInAct(const clKontakt &kontakt);
     void setzeFeld(qint16 id, const QString &wert);
 
     Haupt &m_haupt;
     clPCK &m_objPCK;
+    clKontakt &m_hauptkontakt;
     Angaben m_angaben;
 };

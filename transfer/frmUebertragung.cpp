@@ -180,9 +180,13 @@ void frmÜbertragung::cbxMandant_Click()
 void frmÜbertragung::cbxTyp_Click()
 {
     const QString typ = typBuchstabe();
-    m_ui->cbxWaehrung->setEnabled(typ != u"A");
-    m_ui->cbxPreisliste->setEnabled(typ == u"D");
-    m_ui->txbRabatt->setEnabled(typ == u"D" || typ == u"K");
+    const auto setzeVerfuegbar = [](bool verfuegbar, QWidget *eingabe, QLabel *beschriftung) {
+        eingabe->setEnabled(verfuegbar);
+        beschriftung->setEnabled(verfuegbar);
+    };
+    setzeVerfuegbar(typ != u"A", m_ui->cbxWaehrung, m_ui->lbWaehrung);
+    setzeVerfuegbar(typ == u"D", m_ui->cbxPreisliste, m_ui->lbPreisliste);
+    setzeVerfuegbar(typ == u"D" || typ == u"K", m_ui->txbRabatt, m_ui->lbRabatt);
     if (objPCK && istMandantGewaehlt())
         zeigeNeueNummer(0);
 }

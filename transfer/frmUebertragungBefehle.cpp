@@ -140,7 +140,7 @@ void frmÜbertragung::cmdEintragen_Click()
     merke(u"Mandant"_s, mandant);
     merke(u"Laendercode"_s, m_ui->txbLaendercode->text());
 
-    Eintragung eintragung(m_haupt, *objPCK, angaben());
+    Eintragung eintragung(m_haupt, *objPCK, *objHauptkontakt, angaben());
     sperre(true);
     const auto danach = qScopeGuard([this] { sperre(false); });
     if (!eintragung.fuehreAus())
