@@ -39,7 +39,7 @@ KontaktListe::KontaktListe(QWidget *parent)
     setAlternatingRowColors(true);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
-    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setFrameStyle(QFrame::Box | QFrame::Plain); // makes the room; painted over below
     setLineWidth(2);
     const int zeile = std::max(16, fontMetrics().height());
     setIconSize(QSize(zeile, zeile));
@@ -83,9 +83,14 @@ bool KontaktListe::event(QEvent *ereignis)
 // In the colour of the selection around the list that has the keyboard, even if it is empty.
 void KontaktListe::maleRahmen()
 {
+    const QColor grund = palette().color(QPalette::Window);
+    const QColor schrift = palette().color(QPalette::WindowText);
+    const QColor zart((3 * grund.red() + schrift.red()) / 4, (3 * grund.green() + schrift.green()) / 4,
+                      (3 * grund.blue() + schrift.blue()) / 4);
     const int breite = frameWidth();
     QPainter maler(this);
-    maler.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Button), breite));
+    maler.setPen(QPen(hasFocus() ? palette().color(QPalette::Highlight) : zart, breite, Qt::SolidLine, Qt::SquareCap,
+                      Qt::MiterJoin));
     maler.drawRect(rect().adjusted(breite / 2, breite / 2, -breite / 2, -breite / 2));
 }
 
