@@ -6,6 +6,10 @@
 
 #include "platform/desktop/Desktop.h"
 
+/// Kept among the program's texts for whoever may write the file one day; nothing in the program does.
+inline constexpr QStringView iniNichtAngelegt = u"Konnte Ini-Datei nicht anlegen. "
+                                                u"Eventuell haben Sie keine Schreibrechte in diesem Verzeichnis.";
+
 /// Reads the configuration file; nothing here ever writes it.
 ///
 /// The file is text in Windows-1252, one entry a line: "[section]", "key = value", and comments from an apostrophe on.
