@@ -128,12 +128,9 @@ void fill(PageFile &file)
 
 } // namespace
 
-std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version,
-                                         std::uint32_t pageKey)
+std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version)
 {
-    FileHeader header = newHeader(request, version);
-    header.pageKey = pageKey;
-    auto file = PageFile::create(request.path, header);
+    auto file = PageFile::create(request.path, newHeader(request, version));
     try {
         fill(*file);
     } catch (const storage::StorageError &) {

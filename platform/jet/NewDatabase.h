@@ -7,8 +7,7 @@
 
 namespace jet {
 
-/// Makes a new, empty database. Leaves no file behind when that fails. `pageKey` other than 0: its pages are encrypted.
-std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version,
-                                         std::uint32_t pageKey = 0);
+/// Makes a new, empty database. Leaves no file behind when that fails.
+std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version);
 
 } // namespace jet
