@@ -30,6 +30,8 @@ JetTable::KnownPtr JetTable::known() const
         withPlace([this] { return place(); },
                   [&] {
                       TableDef def = readTableDef(file, m_database.codec(), m_entry.id);
+                      if (m_entry.isUserTable() && def.type != TableDef::User)
+                          damaged(m_entry.id, u"die Definition ist die einer Systemtabelle"_s);
                       const QByteArray properties = Catalog(file, m_database.codec()).properties(m_entry.row);
                       SchemaMap map = makeSchema(m_entry.name, def, properties, m_database.codec());
                       m_known = std::make_shared<Known>(Known{file.generation(), std::move(def), std::move(map)});
