@@ -2,6 +2,7 @@
 #include "groupeditor/frmHauptkontakt.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QScreen>
 
@@ -104,6 +105,8 @@ void frmHauptkontakt::einzeln(void (frmHauptkontakt::*befehl)())
     if (m_befehlLaeuft)
         return;
     const QScopedValueRollback laeuft(m_befehlLaeuft, true);
+    setCursor(Qt::BusyCursor); // some commands go on until the user changes something
+    const auto zeiger = qScopeGuard([this] { unsetCursor(); });
     (this->*befehl)();
 }
 
