@@ -46,22 +46,26 @@ protected:
 TEST_F(SyncFelder, TranslateNamesAndIds)
 {
     // clang-format off
-    struct Row { const char *name; QString (clSyncFelder::*frage)(const QVariant &) const; QVariant schluessel; QString antwort; };
+    using Frage = QString (clSyncFelder::*)(const QVariant &) const;
+    struct Row { const char *name; Frage frage; QVariant schluessel; QString antwort; };
+    constexpr Frage actName = &clSyncFelder::ActFeldname;
+    constexpr Frage spalte = &clSyncFelder::OLFeldname;
+    constexpr Frage syncName = &clSyncFelder::SyncFeldname;
     const Row rows[] = {
-        {"ACT! name by ID",                         &clSyncFelder::ActFeldname,  1,                    u"COMPANY"_s},
-        {"a short is an ID as well",                &clSyncFelder::ActFeldname,  QVariant::fromValue<qint16>(2), u"CONTACT"_s},
-        {"ACT! name by PC-Kaufmann name",           &clSyncFelder::ActFeldname,  u"PersKtoName"_s,     u"COMPANY"_s},
-        {"ACT! name by neutral name, any case",     &clSyncFelder::ActFeldname,  u"fIRMA"_s,           u"COMPANY"_s},
-        {"never by the name that is asked for",     &clSyncFelder::ActFeldname,  u"COMPANY"_s,         u"ERROR"_s},
-        {"column by ID",                            &clSyncFelder::OLFeldname,   1,                    u"PersKtoName"_s},
-        {"column by ACT! name",                     &clSyncFelder::OLFeldname,   u"COMPANY"_s,         u"PersKtoName"_s},
-        {"column by neutral name",                  &clSyncFelder::OLFeldname,   u"Firma"_s,           u"PersKtoName"_s},
-        {"column of a column",                      &clSyncFelder::OLFeldname,   u"PersKtoName"_s,     u"ERROR"_s},
-        {"neutral name by ACT! name",               &clSyncFelder::SyncFeldname, u"TELEFON"_s,         u"Telefon"_s},
-        {"neutral name by column",                  &clSyncFelder::SyncFeldname, u"PersKtoTelefax"_s,  u"Fax"_s},
-        {"no such ID",                              &clSyncFelder::SyncFeldname, 99,                   u"ERROR"_s},
-        {"no such name",                            &clSyncFelder::OLFeldname,   u"gibt es nicht"_s,   u"ERROR"_s},
-        {"a text that looks like an ID is a name",  &clSyncFelder::OLFeldname,   u"1"_s,               u"ERROR"_s},
+        {"ACT! name by ID",                         actName,  1,                    u"COMPANY"_s},
+        {"a short is an ID as well",                actName,  QVariant::fromValue<qint16>(2), u"CONTACT"_s},
+        {"ACT! name by PC-Kaufmann name",           actName,  u"PersKtoName"_s,     u"COMPANY"_s},
+        {"ACT! name by neutral name, any case",     actName,  u"fIRMA"_s,           u"COMPANY"_s},
+        {"never by the name that is asked for",     actName,  u"COMPANY"_s,         u"ERROR"_s},
+        {"column by ID",                            spalte,   1,                    u"PersKtoName"_s},
+        {"column by ACT! name",                     spalte,   u"COMPANY"_s,         u"PersKtoName"_s},
+        {"column by neutral name",                  spalte,   u"Firma"_s,           u"PersKtoName"_s},
+        {"column of a column",                      spalte,   u"PersKtoName"_s,     u"ERROR"_s},
+        {"neutral name by ACT! name",               syncName, u"TELEFON"_s,         u"Telefon"_s},
+        {"neutral name by column",                  syncName, u"PersKtoTelefax"_s,  u"Fax"_s},
+        {"no such ID",                              syncName, 99,                   u"ERROR"_s},
+        {"no such name",                            spalte,   u"gibt es nicht"_s,   u"ERROR"_s},
+        {"a text that looks like an ID is a name",  spalte,   u"1"_s,               u"ERROR"_s},
     };
     // clang-format on
     for (const Row &row : rows) {
