@@ -21,7 +21,7 @@ struct Company {
 /// One contact of the contact manager. Phone numbers with the country in square brackets are kept in the stored form
 /// with its mask, all others as they stand.
 struct Contact {
-    QStringView id; ///< unique, at most 12 characters; "NAME" before a dash is the company's key
+    QStringView id; ///< unique, at most 12 characters: the key of the company, a dash, a number
     QStringView salutation;
     QStringView firstName{};
     QStringView lastName{};
