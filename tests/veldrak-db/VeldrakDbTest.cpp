@@ -1,0 +1,196 @@
+// The tool as its users call it.
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "platform/dbf/DbfDriver.h"
+#include "tools/veldrak-db/Arguments.h"
+#include "tools/veldrak-db/Json.h"
+#include "tools/veldrak-db/Script.h"
+
+using namespace Qt::StringLiterals;
+using storage::Type;
+using storage::Value;
+using testing::HasSubstr;
+
+namespace {
+
+struct Result {
+    int code;
+    std::string data;
+    std::string messages;
+};
+
+Result run(const QStringList &words, const QByteArray &input = {})
+{
+    QProcess process;
+    process.start(QStringLiteral(VELDRAK_DB), words);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished();
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+}
+
+class VeldrakDb : public testing::TestWithParam<const char *>
+{
+protected:
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    Result create(const QByteArray &script, const QStringList &more = {}) const
+    {
+        return run(QStringList{u"create"_s, path(u"a.mdb"_s), u"--version"_s, QString::fromLatin1(GetParam())} + more,
+                   script);
+    }
+
+private:
+    QTemporaryDir m_folder{};
+};
+
+INSTANTIATE_TEST_SUITE_P(Versions, VeldrakDb, testing::Values("3", "4"),
+                         [](const auto &version) { return "Jet" + std::string(version.param); });
+
+constexpr auto script = "-- people; and more\n"
+                        "CREATE TABLE Leute (Nr LONG, Name TEXT(20), Geld CURRENCY, Da YESNO);\n"
+                        "CREATE UNIQUE INDEX iName ON Leute (Name DESC);\n"
+                        "INSERT INTO Leute VALUES (1, 'Groß; \"klein\"', 12.5, True);\n"
+                        "INSERT INTO Leute (Nr) VALUES (2)";
+
+} // namespace
+
+TEST_P(VeldrakDb, MakesAFileAndShowsIt)
+{
+    const Result made = create(script);
+    ASSERT_EQ(made.code, 0) << made.messages;
+    const QString file = path(u"a.mdb"_s);
+    EXPECT_THAT(run({u"info"_s, file}).data,
+                HasSubstr("{\"version\": \"Jet " + std::string(GetParam()) + "\", \"pages\": "));
+    EXPECT_EQ(run({u"tables"_s, file}).data, "Leute\n");
+    EXPECT_THAT(run({u"schema"_s, file, u"leute"_s}).data,
+                testing::AllOf(HasSubstr(R"({"name": "Name", "type": "text", "size": 20, "required": false)"),
+                               HasSubstr(R"({"name": "iName", "columns": [{"name": "Name", "order": "descending"}], )"
+                                         R"("unique": true, "primary": false)")));
+    EXPECT_EQ(run({u"dump"_s, file, u"Leute"_s}).data,
+              "{\"Nr\": 1, \"Name\": \"Groß; \\\"klein\\\"\", \"Geld\": \"12.5000\", \"Da\": true}\n"
+              "{\"Nr\": 2, \"Name\": null, \"Geld\": null, \"Da\": false}\n");
+    EXPECT_EQ(run({u"sql"_s, file, u"SELECT Geld FROM Leute WHERE Nr = 1"_s}).data, "{\"Geld\": \"12.5000\"}\n");
+    EXPECT_EQ(run({u"sql"_s, file, u"UPDATE Leute SET Geld = 3"_s}).data, "{\"rows\": 2}\n");
+    EXPECT_EQ(run({u"check"_s, file}).data, "ok\n");
+}
+
+TEST_P(VeldrakDb, WantsThePassword)
+{
+    const Result made = create("Geheim!\nCREATE TABLE T (A LONG);", {u"--password-stdin"_s});
+    ASSERT_EQ(made.code, 0) << made.messages;
+    const QString file = path(u"a.mdb"_s);
+    EXPECT_THAT(run({u"info"_s, file}).data, HasSubstr("\"password\": true"));
+    const Result without = run({u"tables"_s, file});
+    EXPECT_EQ(without.code, 2);
+    EXPECT_EQ(without.data, "");
+    EXPECT_THAT(without.messages, HasSubstr("Kennwort"));
+    EXPECT_EQ(run({u"tables"_s, file, u"--password-stdin"_s}, "geheim!\n").code, 2);
+    EXPECT_EQ(run({u"tables"_s, file, u"--password-stdin"_s}, "Geheim!\r\n").data, "T\n");
+}
+
+TEST_P(VeldrakDb, LeavesNothingOfAScriptThatFails)
+{
+    const Result made = create("CREATE TABLE T (A LONG); INSERT INTO U VALUES (1);");
+    EXPECT_EQ(made.code, 2);
+    EXPECT_THAT(made.messages, HasSubstr("Anweisung 2 des Skripts"));
+    EXPECT_FALSE(QFile::exists(path(u"a.mdb"_s)));
+
+    ASSERT_EQ(create("CREATE TABLE T (A LONG);").code, 0);
+    EXPECT_EQ(create("CREATE TABLE U (A LONG);").code, 2) << "never over a file that exists";
+    EXPECT_EQ(run({u"tables"_s, path(u"a.mdb"_s)}).data, "T\n");
+}
+
+TEST_P(VeldrakDb, TellsFaultsFromFailure)
+{
+    ASSERT_EQ(create(script).code, 0);
+    QFile file(path(u"a.mdb"_s));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const qint64 pageSize = *GetParam() == '3' ? 2048 : 4096;
+    ASSERT_TRUE(file.seek(4 * pageSize + 8)); // a definition's length
+    file.write("\xFF\xFF");
+    file.close();
+    const Result checked = run({u"check"_s, path(u"a.mdb"_s)});
+    EXPECT_EQ(checked.code, 1);
+    EXPECT_THAT(checked.data, HasSubstr("Seite 4"));
+    EXPECT_EQ(run({u"check"_s, path(u"b.mdb"_s)}).code, 2);
+}
+
+TEST(VeldrakDbTool, ReadsDbfFilesToo)
+{
+    const QTemporaryDir folder;
+    const QString data = folder.filePath(u"data"_s);
+    {
+        const auto database = dbf::DbfDriver().create({data}, storage::FileVersion::Jet4);
+        database->createTable({.name = u"LEUTE"_s, .columns = {{.name = u"NAME"_s, .type = Type::Text, .size = 10}}});
+        database->table(u"LEUTE"_s)->insert(std::vector<storage::Assignment>{{0, u"Jürgen"_s}});
+    }
+    QStringList files = QDir(data).entryList({u"*.dbf"_s}, QDir::Files);
+    ASSERT_EQ(files.size(), 1);
+    const QString file = data + u'/' + files.front();
+    EXPECT_EQ(run({u"dump"_s, file}).data, "{\"NAME\": \"Jürgen\"}\n");
+    EXPECT_EQ(run({u"sql"_s, file, u"SELECT NAME FROM LEUTE"_s}).data, "{\"NAME\": \"Jürgen\"}\n");
+    EXPECT_EQ(run({u"check"_s, file}).data, "ok\n");
+    EXPECT_THAT(run({u"info"_s, file}).data, HasSubstr("dBASE/FoxPro"));
+}
+
+TEST(VeldrakDbArguments, ThatAreWrongSayWhy)
+{
+    struct Row {
+        QStringList words;
+        const char16_t *text;
+    };
+    const Row rows[] = {
+        {{}, u"Es fehlt ein Befehl."},
+        {{u"melt"_s}, u"Den Befehl „melt“ gibt es nicht."},
+        {{u"dump"_s}, u"Dem Befehl „dump“ fehlen Angaben."},
+        {{u"info"_s, u"a"_s, u"b"_s}, u"Zu viele Angaben für den Befehl „info“."},
+        {{u"create"_s, u"a"_s, u"--version"_s, u"5"_s}, u"Die Version ist 3 oder 4, nicht „5“."},
+        {{u"info"_s, u"a"_s, u"--version"_s}, u"Die Angabe „--version“ ist hier nicht bekannt."},
+        {{u"info"_s, u"a"_s, u"--password=x"_s}, u"Die Angabe „--password=x“ ist hier nicht bekannt."},
+    };
+    for (const Row &row : rows) {
+        try {
+            Arguments::parse(row.words);
+            ADD_FAILURE() << qPrintable(row.words.join(u' '));
+        } catch (const UsageError &error) {
+            EXPECT_EQ(error.text(), QStringView(row.text));
+        }
+    }
+    EXPECT_EQ(Arguments::parse({u"info"_s, u"--"_s, u"--help"_s}).operands, QStringList(u"--help"_s));
+}
+
+TEST(VeldrakDbScript, IsTakenApartAtSemicolons)
+{
+    EXPECT_EQ(statementsOf(u"a; b ;;\n"_s), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_EQ(statementsOf(u"'a;''b' \"c;\" [d;e]; f"_s), QStringList({u"'a;''b' \"c;\" [d;e]"_s, u"f"_s}));
+    EXPECT_EQ(statementsOf(u"-- x; y\na '\n-- kept'\n--z"_s), QStringList({u"a '\n-- kept'"_s}));
+}
+
+TEST(VeldrakDbJson, HasItsFormForEachType)
+{
+    struct Row {
+        Value value;
+        Type type;
+        const char16_t *text;
+    };
+    const Row rows[] = {
+        {{}, Type::Long, u"null"},
+        {storage::Currency{-5}, Type::Currency, u"\"-0.0005\""},
+        {storage::Currency{std::numeric_limits<std::int64_t>::min()}, Type::Currency, u"\"-922337203685477.5808\""},
+        {storage::DateTime{36925.5}, Type::DateTime, u"\"2001-02-03T12:00:00\""},
+        {static_cast<double>(0.1F), Type::Single, u"0.1"},
+        {0.1, Type::Double, u"0.1"},
+        {1.0 / 3, Type::Double, u"0.3333333333333333"},
+        {storage::Decimal{u"12.50"_s}, Type::Numeric, u"\"12.50\""},
+        {QByteArray("\x01\xFE"), Type::Binary, u"{\"$hex\": \"01fe\"}"},
+        {u"a\\\"\n\u0001ß"_s, Type::Text, u"\"a\\\\\\\"\\n\\u0001ß\""},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(json::value(row.value, row.type), QStringView(row.text));
+}
