@@ -14,11 +14,18 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// A role must be told apart in a selected row, too: left alone, the style would tint its icon there.
 QIcon lade(const QString &datei)
 {
     if (!QFileInfo::exists(datei))
         throw RunTimeError(53, u"Datei nicht gefunden: "_s + datei);
-    return QIcon(datei);
+    const QIcon geladen(datei);
+    QIcon icon;
+    for (const QSize &groesse : geladen.availableSizes()) {
+        for (const QIcon::Mode zustand : {QIcon::Normal, QIcon::Selected})
+            icon.addPixmap(geladen.pixmap(groesse), zustand);
+    }
+    return icon;
 }
 
 // What blinks, and the button before it, keep their place when they are hidden: nothing may jump.
