@@ -1,11 +1,11 @@
 // The direct search over many contacts, against reading the same file plainly.
 #include <chrono>
-#include <fstream>
 
 #include <QFile>
 #include <benchmark/benchmark.h>
 
 #include "bench/Bestand.h"
+#include "bench/Messung.h"
 #include "contacts/ActDBF.h"
 #include "util/coding.h"
 
@@ -14,17 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int alleKontakte = 100'000;
-
-class Ungestoert : public Programmlauf
-{
-public:
-    void DoEvents() override { }
-    desktop::Answer MsgBox(const desktop::Box &box) override { throw std::runtime_error(box.text.toStdString()); }
-
-protected:
-    void regulaeresEnde() override { }
-    void sofortigesEnde() override { }
-};
 
 Bestand &grosserBestand()
 {
@@ -47,16 +36,6 @@ double sekundenFuerBlossesLesen(const QString &pfad)
         beste = std::min(beste, dauer.count());
     }
     return beste;
-}
-
-long gipfelSpeicherKiB()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string zeile; std::getline(status, zeile);) {
-        if (zeile.starts_with("VmHWM:"))
-            return std::stol(zeile.substr(6));
-    }
-    return 0;
 }
 
 } // namespace

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "util/Programmlauf.h"
+
+/// The process's own counters, as the operating system keeps them.
+struct Zaehler {
+    std::int64_t lesen = 0; ///< read calls
+    std::int64_t schreiben = 0; ///< write calls
+};
+Zaehler aufrufe();
+
+/// The most memory that this process ever had, in KiB.
+long gipfelSpeicherKiB();
+
+/// A course of the program in which nothing may be asked: a box is an error of the measurement.
+class Ungestoert : public Programmlauf
+{
+public:
+    void DoEvents() override { }
+    desktop::Answer MsgBox(const desktop::Box &box) override;
+
+protected:
+    void regulaeresEnde() override { }
+    void sofortigesEnde() override { }
+};
