@@ -39,10 +39,18 @@ void TableCounters::setLastAutonumber(std::uint32_t number)
 
 void TableCounters::countDistinctKey(std::size_t index)
 {
+    setDistinctKeys(index, readLE<std::uint32_t>(*m_store.read(m_page), distinctKeysAt(index)) + 1);
+}
+
+void TableCounters::setDistinctKeys(std::size_t index, std::uint32_t count)
+{
+    writeLE(MutableBytes(m_store.modify(m_page)), distinctKeysAt(index), count);
+}
+
+std::size_t TableCounters::distinctKeysAt(std::size_t index) const
+{
     const Format &format = formatOf(m_store);
-    const std::size_t at = format.indexStatisticsAt + index * format.indexStatisticsSize + 4;
-    Page &page = m_store.modify(m_page);
-    writeLE(MutableBytes(page), at, readLE<std::uint32_t>(page, at) + 1);
+    return format.indexStatisticsAt + index * format.indexStatisticsSize + 4;
 }
 
 } // namespace jet

@@ -30,8 +30,11 @@ public:
     void setLastAutonumber(std::uint32_t number);
     /// Adds 1 to the number of distinct keys of a real index.
     void countDistinctKey(std::size_t index);
+    void setDistinctKeys(std::size_t index, std::uint32_t count);
 
 private:
+    std::size_t distinctKeysAt(std::size_t index) const;
+
     PageStore &m_store;
     PageNo m_page;
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/jet/Format.h"
+#include "platform/jet/IndexKey.h"
 #include "platform/jet/PropertyBlob.h"
 
 using namespace Qt::StringLiterals;
@@ -77,20 +78,21 @@ void applyProperties(storage::Column &column, const PropertyBlock &block, const 
     column.validationText = textOf(u"ValidationText");
 }
 
-storage::Index makeIndex(const LogicalIndexDef &logical, const IndexDef &real, const std::vector<ColumnDef> &columns,
-                         bool jet4)
+storage::Index makeIndex(const LogicalIndexDef &logical, const TableDef &def, const std::vector<ColumnDef> &columns,
+                         const TextCodec &codec)
 {
+    const IndexDef &real = def.indexes[logical.real];
     storage::Index index;
     index.name = logical.name;
     index.unique = real.isUnique();
     index.primary = logical.kind == LogicalIndexDef::Kind::Primary;
     index.required = real.isRequired() || index.primary;
     index.ignoreNulls = real.ignoresNulls();
+    index.usable = keySupport(def, real, codec.isJet4(), codec.codePage()) == KeySupport::Full;
     for (const IndexColumnDef &part : real.columns) {
         const auto column
             = std::find_if(columns.begin(), columns.end(), [&](const ColumnDef &c) { return c.number == part.column; });
         index.columns.push_back({static_cast<int>(column - columns.begin()), !part.ascending});
-        index.usable = index.usable && hasKnownOrder(*column, jet4);
     }
     return index;
 }
@@ -134,7 +136,7 @@ SchemaMap makeSchema(const QString &name, const TableDef &def, const QByteArray 
     for (const LogicalIndexDef &logical : def.logicalIndexes) {
         if (logical.side == LogicalIndexDef::Side::Referenced)
             continue;
-        map.schema.indexes.push_back(makeIndex(logical, def.indexes[logical.real], map.columns, codec.isJet4()));
+        map.schema.indexes.push_back(makeIndex(logical, def, map.columns, codec));
         map.trees.push_back(logical.real);
     }
     return map;

@@ -6,6 +6,7 @@
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
 #include "platform/jet/Format.h"
+#include "platform/jet/IndexNode.h"
 #include "platform/jet/IndexTree.h"
 #include "platform/jet/LongValue.h"
 #include "platform/jet/RowStore.h"
@@ -201,19 +202,14 @@ std::optional<TableWriter::RowKey> TableWriter::keyOf(const IndexDef &index, std
 void TableWriter::insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row)
 {
     const IndexDef &def = m_def.indexes[index];
-    if (key && key->hasNull && def.isRequired()) {
-        throw StorageError(StorageError::Required, u"Der Index %1 lässt kein leeres Feld zu."_s.arg(indexName(index)),
-                           indexName(index));
-    }
+    requireIndexable(index, key);
     if (!key)
         return;
     const auto duplicates
         = def.isUnique() && !key->hasNull ? IndexTree::Duplicates::Refused : IndexTree::Duplicates::Allowed;
     switch (IndexTree(m_file, def, m_def.page).insert(key->key, row, duplicates)) {
     case IndexTree::Inserted::Refused:
-        throw StorageError(StorageError::Duplicate,
-                           u"Im eindeutigen Index %1 gibt es diesen Wert schon."_s.arg(indexName(index)),
-                           indexName(index));
+        refuseDuplicate(index);
     case IndexTree::Inserted::NewKey:
         TableCounters(m_file, m_def.page).countDistinctKey(index);
         break;
@@ -230,9 +226,52 @@ void TableWriter::removeKey(std::size_t index, const std::optional<RowKey> &key,
 
 void TableWriter::fillIndex(std::size_t index)
 {
+    const IndexDef &def = m_def.indexes[index];
+    struct Entry {
+        KeyBytes bytes; // with the row's address
+        std::size_t keySize;
+        bool hasNull;
+    };
+    std::vector<Entry> entries;
     RowScan scan(m_file, m_def);
-    while (scan.next())
-        insertKey(index, keyOf(m_def.indexes[index], scan.row().view), scan.row().home);
+    while (scan.next()) {
+        const auto key = keyOf(def, scan.row().view);
+        requireIndexable(index, key);
+        if (key)
+            entries.push_back({indexEntry(key->key, scan.row().home), key->key.size(), key->hasNull});
+    }
+    std::ranges::sort(entries, [](const Entry &a, const Entry &b) { return compareKeys(a.bytes, b.bytes) < 0; });
+    std::vector<KeyBytes> sorted;
+    std::uint32_t distinct = 0;
+    for (Entry &entry : entries) {
+        const Bytes key = Bytes(entry.bytes).first(entry.keySize);
+        const bool known = !sorted.empty() && sorted.back().size() == entry.bytes.size()
+            && std::ranges::equal(key, Bytes(sorted.back()).first(entry.keySize));
+        if (known && def.isUnique() && !entry.hasNull)
+            refuseDuplicate(index);
+        distinct += known ? 0 : 1;
+        sorted.push_back(std::move(entry.bytes));
+    }
+    IndexTree(m_file, def, m_def.page).rebuild(sorted);
+    TableCounters(m_file, m_def.page).setDistinctKeys(index, distinct);
+}
+
+void TableWriter::requireIndexable(std::size_t index, const std::optional<RowKey> &key) const
+{
+    if (key && key->hasNull && m_def.indexes[index].isRequired()) {
+        throw StorageError(StorageError::Required, u"Der Index %1 lässt kein leeres Feld zu."_s.arg(indexName(index)),
+                           indexName(index));
+    }
+    if (key && indexEntry(key->key, {}).size() > IndexNode::entryLimit(m_file)) {
+        throw StorageError(StorageError::TooLong, u"Der Wert ist zu lang für den Index %1."_s.arg(indexName(index)),
+                           indexName(index));
+    }
+}
+
+void TableWriter::refuseDuplicate(std::size_t index) const
+{
+    throw StorageError(StorageError::Duplicate,
+                       u"Im eindeutigen Index %1 gibt es diesen Wert schon."_s.arg(indexName(index)), indexName(index));
 }
 
 QString TableWriter::indexName(std::size_t index) const

@@ -35,7 +35,7 @@ public:
     void update(const FoundRow &row, std::span<const ColumnValue> values);
     void remove(const FoundRow &row);
 
-    /// Fills the tree of an index that was added to a table with rows.
+    /// Fills the empty tree of an index that was added to a table with rows.
     void fillIndex(std::size_t index);
 
     /// The key of a row in an index; nothing if the index leaves the row out.
@@ -54,6 +54,8 @@ private:
     void freeLong(const ColumnDef &column, const RowView &row);
     void insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
     void removeKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
+    void requireIndexable(std::size_t index, const std::optional<RowKey> &key) const;
+    [[noreturn]] void refuseDuplicate(std::size_t index) const;
     QString indexName(std::size_t index) const;
 
     PageFile &m_file;

@@ -40,6 +40,8 @@ QString decodeUtf16(Bytes bytes)
 
 QString expand(Bytes bytes)
 {
+    if (std::ranges::find(bytes, std::byte{0}) == bytes.end()) // the usual case: compressed to the end
+        return QString::fromLatin1(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
     bool compressed = true;
@@ -80,6 +82,8 @@ TextCodec TextCodec::jet4()
 
 QString TextCodec::decode(Bytes bytes) const
 {
+    if (bytes.empty())
+        return u""_s;
     if (!isJet4())
         return m_codepage->decode(bytes);
     return isCompressed(bytes) ? expand(bytes.subspan(sizeof compressedMark)) : decodeUtf16(bytes);
@@ -87,11 +91,15 @@ QString TextCodec::decode(Bytes bytes) const
 
 QString TextCodec::decodeName(Bytes bytes) const
 {
+    if (bytes.empty())
+        return {};
     return isJet4() ? decodeUtf16(bytes) : m_codepage->decode(bytes);
 }
 
 QByteArray TextCodec::encode(QStringView text) const
 {
+    if (text.isEmpty())
+        return {};
     if (!isJet4())
         return m_codepage->encode(text);
     constexpr QChar mark(0xFEFF); // would be taken for the mark of compressed text
