@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString keineWaehrung = u"0 - Fehler!"_s;
+const QString inWaehrung = u"Fehler in Klasse clPCK, Modul Waehrung"_s;
 
 int zeilenzahl(dao::Recordset &zeilen)
 {
@@ -29,10 +30,10 @@ std::optional<QString> waehrungAn(dao::Recordset &waehrungen, int index)
     return std::nullopt;
 }
 
-QString fehlerzeilen(const QString &modul, const RunTimeError &fehler)
+QString fehlerzeilen(const QString &wo, const RunTimeError &fehler)
 {
-    return u"Fehler in Klasse clPCK, Modul "_s + modul + u"\r\n"_s + u"Fehlernummer:"_s
-        + QString::number(fehler.Number()) + u"\r\n"_s + u"Fehlerbeschreibung:"_s + fehler.Description();
+    return wo + u"\r\n"_s + u"Fehlernummer:"_s + QString::number(fehler.Number()) + u"\r\n"_s + u"Fehlerbeschreibung:"_s
+        + fehler.Description();
 }
 
 } // namespace
@@ -84,7 +85,8 @@ QVariant clPCK::Anzahl_Waehrungen()
         waehrungen->Close();
         return anzahl;
     } catch (const dao::DaoError &fehler) {
-        m_dienste.programm.MsgBox({fehlerzeilen(u"Anzahl_Waehrungen"_s, fehler), desktop::Icon::Exclamation});
+        m_dienste.programm.MsgBox(
+            {fehlerzeilen(u"Fehler in Klasse clPCK, Modul Anzahl_Waehrungen"_s, fehler), desktop::Icon::Exclamation});
         return {};
     }
 }
@@ -97,7 +99,7 @@ QString clPCK::Waehrung(qint16 Index)
     try {
         waehrungen = db().OpenRecordset(u"Select WhrgNr,WhrgName FROM Waehrung ORDER BY WhrgNr"_s);
     } catch (const dao::DaoError &fehler) {
-        m_dienste.programm.MsgBox({fehlerzeilen(u"Waehrung"_s, fehler), desktop::Icon::Exclamation});
+        m_dienste.programm.MsgBox({fehlerzeilen(inWaehrung, fehler), desktop::Icon::Exclamation});
         return keineWaehrung;
     }
     const int anzahl = zeilenzahl(*waehrungen);
@@ -114,8 +116,7 @@ QString clPCK::Waehrung(qint16 Index)
     }
     waehrungen->Close();
     if (!beanstandung.isEmpty()) {
-        m_dienste.programm.MsgBox(
-            {u"Fehler in Klasse clPCK, Modul Waehrung"_s + u"\r\n"_s + beanstandung, desktop::Icon::Exclamation});
+        m_dienste.programm.MsgBox({inWaehrung + u"\r\n"_s + beanstandung, desktop::Icon::Exclamation});
     }
     return waehrung;
 }

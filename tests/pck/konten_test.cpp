@@ -27,16 +27,16 @@ TEST_F(Konten, ProposeAFreeNumber)
     // clang-format off
     struct Row { const char *name; QStringList vergeben; QString typ; qint32 start; QString vorschlag; };
     const Row rows[] = {
-        {"no account at all",              {},                                             u"D"_s, 10000,   u"D010000"_s},
-        {"start taken, with a gap",        {u"D010000"_s, u"D010001"_s, u"D010007"_s},     u"D"_s, 10000,   u"D010008"_s},
-        {"start free, a later one taken",  {u"D010005"_s},                                 u"D"_s, 10000,   u"D010000"_s},
-        {"only the start is taken",        {u"D010000"_s},                                 u"D"_s, 10000,   u"D010001"_s},
-        {"other types do not count",       {u"K000000"_s, u"D000000"_s, u"M000777"_s},     u"D"_s, 0,       u"D000001"_s},
-        {"lower numbers do not count",     {u"D000001"_s, u"D000500"_s},                   u"D"_s, 501,     u"D000501"_s},
-        {"type A",                         {u"A000000"_s, u"A000041"_s},                   u"A"_s, 0,       u"A000042"_s},
-        {"unknown type",                   {u"D000000"_s},                                 u"X"_s, 0,       u"X000000"_s},
-        {"start of seven digits",          {},                                             u"K"_s, 1234567, u"K1234567"_s},
-        {"the last of six digits",         {u"M999999"_s},                                 u"M"_s, 999999,  u"M1000000"_s},
+        {"no account at all", {}, u"D"_s, 10000, u"D010000"_s},
+        {"start taken, with a gap", {u"D010000"_s, u"D010001"_s, u"D010007"_s}, u"D"_s, 10000, u"D010008"_s},
+        {"start free, a later one taken", {u"D010005"_s}, u"D"_s, 10000, u"D010000"_s},
+        {"only the start is taken", {u"D010000"_s}, u"D"_s, 10000, u"D010001"_s},
+        {"other types do not count", {u"K000000"_s, u"D000000"_s, u"M000777"_s}, u"D"_s, 0, u"D000001"_s},
+        {"lower numbers do not count", {u"D000001"_s, u"D000500"_s}, u"D"_s, 501, u"D000501"_s},
+        {"type A", {u"A000000"_s, u"A000041"_s}, u"A"_s, 0, u"A000042"_s},
+        {"unknown type", {u"D000000"_s}, u"X"_s, 0, u"X000000"_s},
+        {"start of seven digits", {}, u"K"_s, 1234567, u"K1234567"_s},
+        {"the last of six digits", {u"M999999"_s}, u"M"_s, 999999, u"M1000000"_s},
     };
     // clang-format on
     oeffneNeuen();
@@ -87,13 +87,14 @@ TEST_F(Konten, AreMadeFromTheMappingsTemplate)
 TEST_F(Konten, TakeWhatTheTemplateCanGiveColumnByColumn)
 {
     // clang-format off
+    const QString hinweis = u"Hinweis in der Klasse clPCK Methode neueAdresse"_s;
     struct Row { const char *name; QStringList vorlage; QString gruppe; Icon icon; QStringList meldung; };
     const Row rows[] = {
         {"value fits", {u"Gruppe TEXT(20), Datum DATETIME"_s, u"'ACT', NULL"_s}, u"ACT"_s, Icon::None, {}},
         {"no such column", {u"Datum DATETIME"_s, u"NULL"_s}, u"-"_s, Icon::Information,
-         {u"Hinweis in der Klasse clPCK Methode neueAdresse"_s, u"Das Feld mit dem Namen 'Gruppe' aus der Tabelle 'sPersKto' "_s}},
-        {"only its capitals differ", {u"GRUPPE TEXT(20), Datum DATETIME"_s, u"'ACT', NULL"_s}, u"-"_s, Icon::Information,
-         {u"Hinweis in der Klasse clPCK Methode neueAdresse"_s, u"Das Feld mit dem Namen 'Gruppe' aus der Tabelle 'sPersKto' "_s}},
+         {hinweis, u"Das Feld mit dem Namen 'Gruppe' aus der Tabelle 'sPersKto' "_s}},
+        {"other capitals", {u"GRUPPE TEXT(20), Datum DATETIME"_s, u"'ACT', NULL"_s}, u"-"_s, Icon::Information,
+         {hinweis, u"Das Feld mit dem Namen 'Gruppe' aus der Tabelle 'sPersKto' "_s}},
         {"too long", {u"Gruppe TEXT(20), Datum DATETIME"_s, u"'ACT!', NULL"_s}, u"-"_s, Icon::Exclamation,
          {u"Fehler in Klasse clPCK Methode neueAdresse"_s, u"Fehlernummer: 3163"_s, u"Fehlerbeschreibung: "_s, u""_s,
           u"Feldindex : 2"_s, u"Feldname rsX(PCK): Gruppe"_s, u"Feldtyp  rsX(PCK): 10"_s}},

@@ -47,7 +47,8 @@ TEST_F(Mandanten, AreTheFilesOfTheFolder)
 TEST_F(Mandanten, PasswordTestDiffersByNameAndByIndex)
 {
     // clang-format off
-    struct Row { const char *name; QVariant mandant; QString kennwort; std::optional<bool> ergebnis; bool offen; int fehler; };
+    using Ergebnis = std::optional<bool>;
+    struct Row { const char *name; QVariant mandant; QString kennwort; Ergebnis ergebnis; bool offen; int fehler; };
     const Row rows[] = {
         {"by name, none needed",       u"Alt.PCK"_s,    u""_s,      true,         true,  0},
         {"by name, right",             u"Geheim.PCK"_s, u"Sesam"_s, true,         true,  0},

@@ -32,15 +32,15 @@ TEST_F(Werte, AreSetByOneStatementEach)
     // clang-format off
     struct Row { const char *name; QString feld; QVariant wert; QString sql; int fehler; QString inhalt; };
     const Row rows[] = {
-        {"text",                        u"PersKtoName"_s,   u"Hansen"_s,  u"PersKtoName='Hansen'"_s,     0,    u"Hansen"_s},
-        {"text with apostrophes",       u"PersKtoName"_s,   u"O'Neill's"_s, u"PersKtoName='O''Neill''s'"_s, 0, u"O'Neill's"_s},
-        {"empty text",                  u"PersKtoName"_s,   u""_s,        u"PersKtoName=''"_s,           0,    u""_s},
-        {"digits are text, too",        u"PersKtoPLZ"_s,    u"01067"_s,   u"PersKtoPLZ='01067'"_s,       0,    u"01067"_s},
-        {"whole number",                u"PersKtoRabatt"_s, 5,            u"PersKtoRabatt=5"_s,          0,    u"5"_s},
-        {"whole amount",                u"PersKtoRabatt"_s, 12.0,         u"PersKtoRabatt=12"_s,         0,    u"12"_s},
-        {"fraction in German",          u"PersKtoRabatt"_s, 12.5,         u"PersKtoRabatt=12,5"_s,       3144, u"12"_s},
-        {"too long",                    u"PersKtoGruppe"_s, u"12345678901"_s, u"PersKtoGruppe='12345678901'"_s, 3163, u"-"_s},
-        {"unknown column",              u"PersKtoNix"_s,    u"x"_s,       u"PersKtoNix='x'"_s,           3061, u""_s},
+        {"text", u"PersKtoName"_s, u"Hansen"_s, u"PersKtoName='Hansen'"_s, 0, u"Hansen"_s},
+        {"text with apostrophes", u"PersKtoName"_s, u"O'Neill's"_s, u"PersKtoName='O''Neill''s'"_s, 0, u"O'Neill's"_s},
+        {"empty text", u"PersKtoName"_s, u""_s, u"PersKtoName=''"_s, 0, u""_s},
+        {"digits are text, too", u"PersKtoPLZ"_s, u"01067"_s, u"PersKtoPLZ='01067'"_s, 0, u"01067"_s},
+        {"whole number", u"PersKtoRabatt"_s, 5, u"PersKtoRabatt=5"_s, 0, u"5"_s},
+        {"whole amount", u"PersKtoRabatt"_s, 12.0, u"PersKtoRabatt=12"_s, 0, u"12"_s},
+        {"fraction in German", u"PersKtoRabatt"_s, 12.5, u"PersKtoRabatt=12,5"_s, 3144, u"12"_s},
+        {"too long", u"PersKtoGruppe"_s, u"12345678901"_s, u"PersKtoGruppe='12345678901'"_s, 3163, u"-"_s},
+        {"unknown column", u"PersKtoNix"_s, u"x"_s, u"PersKtoNix='x'"_s, 3061, u""_s},
     };
     // clang-format on
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));

@@ -75,20 +75,15 @@ TEST_F(Eintragen, DebtorWithDatevFollowsTheRecordStepByStep)
 
 TEST_F(Eintragen, TypeDecidesWhatIsWritten)
 {
-    const auto angabe = [](const QString &tabelle, const QString &wert, const QString &nummer) {
-        return u"SQL UPDATE %1 SET %2 WHERE PersktoNummer='%3'"_s.arg(tabelle, wert, nummer);
-    };
-    const QString S = u"SPersKto"_s;
-    const QString code = u"PersKtoLaendercode=49"_s, rabatt = u"PersKtoRabatt=0"_s, preis = u"PersKtoPreisGruppe=0"_s,
-                  waehrung = u"PersKtoDefWaehrungIdx=1"_s;
+    const QString code = u"PersKtoLaendercode=49"_s, rabatt = u"PersKtoRabatt=0"_s, preis = u"PersKtoPreisGruppe=0"_s;
+    const QString waehrung = u"PersKtoDefWaehrungIdx=1"_s, datevNr = u"PersKtoDATEVNr='00000'"_s;
     // clang-format off
     struct Row { const char *name; int typ; bool datev; QStringList soll; };
     const Row rows[] = {
-        {"debtor",                0, false, {angabe(S, rabatt, u"D000000"_s), angabe(S, code, u"D000000"_s), angabe(S, preis, u"D000000"_s), angabe(S, waehrung, u"D000000"_s)}},
-        {"creditor with DATEV",   1, true,  {angabe(S, rabatt, u"K000000"_s), angabe(S, code, u"K000000"_s), angabe(S, waehrung, u"K000000"_s),
-                                             angabe(u"sPersKto"_s, u"PersKtoDATEVNr='00000'"_s, u"K000000"_s)}},
-        {"employee with DATEV",   2, true,  {angabe(S, code, u"M000000"_s), angabe(S, waehrung, u"M000000"_s)}},
-        {"address with DATEV",    3, true,  {angabe(S, code, u"A000000"_s)}},
+        {"debtor",              0, false, {rabatt, code, preis, waehrung}},
+        {"creditor with DATEV", 1, true,  {rabatt, code, waehrung, datevNr}},
+        {"employee with DATEV", 2, true,  {code, waehrung}},
+        {"address with DATEV",  3, true,  {code}},
     };
     // clang-format on
     for (const Row &row : rows) {
@@ -98,8 +93,10 @@ TEST_F(Eintragen, TypeDecidesWhatIsWritten)
         m_haupt->konfiguration.DatevNr = row.datev;
         feld(u"txbLaendercode").clear();
         eintragen();
-        QStringList ist = m_ablauf.filter(QRegularExpression(u"UPDATE (SPersKto|.*DATEVNr)"_s));
-        EXPECT_EQ(ist, row.soll);
+        QStringList geschrieben;
+        for (const QString &zeile : m_ablauf.filter(QRegularExpression(u"UPDATE (SPersKto|.*DATEVNr)"_s)))
+            geschrieben += zeile.section(u" SET "_s, 1).section(u" WHERE "_s, 0, 0);
+        EXPECT_EQ(geschrieben, row.soll);
         EXPECT_EQ(gemerkt(u"Laendercode"_s), u"49"_s) << "an empty code is the German one";
     }
 }

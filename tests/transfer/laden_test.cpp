@@ -11,16 +11,18 @@ class Laden : public TransferTest
 
 TEST_F(Laden, SelectsWhatWasUsedLast)
 {
+    const QString keiner = u"Mandantenauswahl"_s, muster = u"Muster.PCK"_s, zu = u"Kein Zugriff !"_s;
+    using Text = std::optional<QString>;
     // clang-format off
-    struct Row { const char *name; std::optional<QString> mandant, typ, code; QString zeigtMandant, zeigtTyp, zeigtCode, nummer; };
+    struct Row { const char *name; Text mandant, typ, code; QString zeigtMandant, zeigtTyp, zeigtCode, nummer; };
     const Row rows[] = {
-        {"first start",         {},          {},        {},         u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
-        {"all remembered",      u"1"_s,      u"1"_s,    u"43"_s,    u"Muster.PCK"_s,       u"K-Kreditor"_s,    u"43"_s, u"K000000"_s},
-        {"client gone",         u"2"_s,      u"3"_s,    u""_s,      u"Mandantenauswahl"_s, u"A-Adresse"_s,     u""_s,   u"Kein Zugriff !"_s},
-        {"no number",           u"eins"_s,   u"M"_s,    u"abc"_s,   u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
-        {"negative",            u"-1"_s,     u"0"_s,    u"49"_s,    u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
-        {"far too large",       u"1e12"_s,   u"0"_s,    u"49"_s,    u"Mandantenauswahl"_s, u"D-Debitor"_s,     u"49"_s, u"Kein Zugriff !"_s},
-        {"fractions",           u"0,6"_s,    u"1.8x"_s, u"49"_s,    u"Muster.PCK"_s,       u"M-Mitarbeiter"_s, u"49"_s, u"M000000"_s},
+        {"first start",    {},        {},        {},       keiner, u"D-Debitor"_s,     u"49"_s, zu},
+        {"all remembered", u"1"_s,    u"1"_s,    u"43"_s,  muster, u"K-Kreditor"_s,    u"43"_s, u"K000000"_s},
+        {"client gone",    u"2"_s,    u"3"_s,    u""_s,    keiner, u"A-Adresse"_s,     u""_s,   zu},
+        {"no number",      u"eins"_s, u"M"_s,    u"abc"_s, keiner, u"D-Debitor"_s,     u"49"_s, zu},
+        {"negative",       u"-1"_s,   u"0"_s,    u"49"_s,  keiner, u"D-Debitor"_s,     u"49"_s, zu},
+        {"far too large",  u"1e12"_s, u"0"_s,    u"49"_s,  keiner, u"D-Debitor"_s,     u"49"_s, zu},
+        {"fractions",      u"0,6"_s,  u"1.8x"_s, u"49"_s,  muster, u"M-Mitarbeiter"_s, u"49"_s, u"M000000"_s},
     };
     // clang-format on
     for (const Row &row : rows) {

@@ -52,24 +52,29 @@ TEST_F(Stoerungen, LeaveWhatCanBeExplained)
     const QString neuesKonto = u"INSERT INTO sPersKto (PersKtoNummer,PersKtoArt) VALUES ('D000000', 68)"_s;
     const QString eintrag = u"INSERT INTO sPersKom VALUES ('D000000', 1, 'Fax', '1', 'Fremd', 1)"_s;
     const QString geloescht = u"DELETE FROM sPersKto"_s;
+    const QString vergeben = u"Die Nummer D000000 wurde schon vergeben."_s;
     const QString konto = u"D000000|Hansen & Söhne GmbH|"_s;
-    const QString weg = u"Fehler: 462:"_s, gesperrt = u"Fehler: 3027:"_s;
+    const QString weg = u"Fehler: 462:"_s, gesperrt = u"Fehler: 3027:"_s, doppelt = u"Fehler: 3022:"_s;
+    const QString fremdes = u"D000000|-|-"_s;
 
     // The last box by its beginning; accounts with company and currency; communication entries; linked ACT! contacts.
     // clang-format off
-    struct Row { const char *name; Stoerung stoerung; QString letzteBox; bool regulaer; QStringList konten; int eintraege; int verknuepft; };
+    struct Row {
+        const char *name; Stoerung stoerung; QString letzteBox; bool regulaer;
+        QStringList konten; int eintraege; int verknuepft;
+    };
     const Row rows[] = {
-        {"none",                          {u"-"_s},                                             u"Hinweis"_s, true, {konto + u'1'}, 14, 4},
-        {"ACT! gone before the account",  {u"ACT createLookup"_s, actWeg},                      weg,          true, {},             0,  0},
-        {"ACT! gone amid the account",    {u"INSERT INTO sPersKto"_s, actWeg},                  weg,          true, {konto + u'0'}, 0,  0},
-        {"ACT! gone amid the members",    {u"'Jörg Äpfelbach'"_s, actWeg},                      weg,          true, {konto + u'1'}, 14, 0},
-        {"ACT! gone in the write-back",   {u"SetField(17, )"_s, actWeg},                        weg,          true, {konto + u'1'}, 14, 2},
-        {"read-only before the account",  {u"INSERT INTO sPersKto"_s, nurLesen},                gesperrt,     true, {},             0,  0},
-        {"read-only amid the values",     {u"SET PersKtoOrt="_s, nurLesen},                     gesperrt,     true, {konto + u'0'}, 0,  0},
-        {"read-only amid the members",    {u"'','Jörg Äpfelbach'"_s, nurLesen},                 gesperrt,     true, {konto + u'1'}, 3,  0},
-        {"number taken after the check",  {u"Select PersKtoNummer"_s, 0, neuesKonto},           u"Die Nummer D000000 wurde schon vergeben."_s, false, {u"D000000|-|-"_s}, 0, 0},
-        {"account deleted by another",    {u"SET PersKtoOrt="_s, 0, geloescht}, u"Hinweis"_s, true, {},             14, 4},
-        {"entry number taken by another", {u"PersKommLfdNr,PersKommName"_s, 0, eintrag}, u"Fehler: 3022:"_s, true, {konto + u'1'}, 1, 0},
+        {"none", {u"-"_s}, u"Hinweis"_s, true, {konto + u'1'}, 14, 4},
+        {"ACT! gone before the account", {u"ACT createLookup"_s, actWeg}, weg, true, {}, 0, 0},
+        {"ACT! gone amid the account", {u"INSERT INTO sPersKto"_s, actWeg}, weg, true, {konto + u'0'}, 0, 0},
+        {"ACT! gone amid the members", {u"'Jörg Äpfelbach'"_s, actWeg}, weg, true, {konto + u'1'}, 14, 0},
+        {"ACT! gone in the write-back", {u"SetField(17, )"_s, actWeg}, weg, true, {konto + u'1'}, 14, 2},
+        {"read-only before the account", {u"INSERT INTO sPersKto"_s, nurLesen}, gesperrt, true, {}, 0, 0},
+        {"read-only amid the values", {u"SET PersKtoOrt="_s, nurLesen}, gesperrt, true, {konto + u'0'}, 0, 0},
+        {"read-only amid the members", {u"'','Jörg Äpfelbach'"_s, nurLesen}, gesperrt, true, {konto + u'1'}, 3, 0},
+        {"number taken by another", {u"Select PersKtoNummer"_s, 0, neuesKonto}, vergeben, false, {fremdes}, 0, 0},
+        {"account deleted by another", {u"SET PersKtoOrt="_s, 0, geloescht}, u"Hinweis"_s, true, {}, 14, 4},
+        {"entry of another", {u"PersKommLfdNr,PersKommName"_s, 0, eintrag}, doppelt, true, {konto + u'1'}, 1, 0},
     };
     // clang-format on
     for (const Row &row : rows) {
