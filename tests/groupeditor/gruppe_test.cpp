@@ -43,20 +43,29 @@ QStringList geloescht(const QString &id)
 TEST(Uebernehmen, FollowsIconAndGroup)
 {
     // clang-format off
-    struct Row { const char *name; std::vector<Person> personen; QStringList auswahl; QStringList treffer; QStringList mitglieder; QStringList boxen; QString knoepfe; };
+    struct Row { const char *name; std::vector<Person> personen; QStringList auswahl; QStringList treffer;
+        QStringList mitglieder; QStringList boxen; QString knoepfe; };
     const Person A = person(u"A"_s), AN = person(u"A"_s, u"N"_s, u"D1/M"_s), AH = person(u"A"_s, u"H"_s, u"D1/M"_s);
     const Person B = person(u"B"_s), C = person(u"C"_s), BX = person(u"B"_s, {}, u"D9/X"_s);
     const Person CN = person(u"C"_s, u"N"_s, u"D2/X"_s), DN = person(u"D"_s, u"N"_s, u"D2/X"_s);
     const Person CH = person(u"C"_s, u"H"_s, u"D2/X"_s), EN = person(u"E"_s, u"N"_s, u"D3/X"_s);
     const Row rows[] = {
-        {"nothing selected",                      {A, B},         {},               {u"B, 1"_s},       {u"A, 1"_s},                                {}, u"H--"_s},
-        {"unknown to unknown",                    {A, B, C},      {u"B"_s},         {u"C, 1"_s},       {u"A, 1"_s, u"B, 1"_s},                     {}, u"H--"_s},
-        {"unknown to a main contact",             {AH, BX},       {u"B"_s},         {},                {u"A, 3, D1/M"_s, u"B, 2, D1/M"_s},         {}, u"--F"_s},
-        {"unknown to a secondary contact",        {AN, BX},       {u"B"_s},         {},                {u"A, 2, D1/M"_s, u"B, 2, D1/M"_s},         {}, u"H--"_s},
-        {"several, neighbours too",               {AH, B, C, BX}, {u"B"_s, u"C"_s}, {},                {u"A, 3, D1/M"_s, u"B, 2, D1/M"_s, u"C, 2, D1/M"_s, u"B, 2, D1/M"_s}, {}, u"--F"_s},
-        {"secondary takes the group over",        {A, B, CN, DN, EN}, {u"C"_s},     {u"B, 1"_s},       {u"A, 2, D2/X"_s, u"C, 2, D2/X"_s, u"D, 2, D2/X"_s}, {}, u"H--"_s},
-        {"main takes the group over",             {A, B, CH, DN, EN}, {u"C"_s},     {u"B, 1"_s},       {u"A, 2, D2/X"_s, u"C, 3, D2/X"_s, u"D, 2, D2/X"_s}, {}, u"--F"_s},
-        {"a group without an account takes all",  {A, B, person(u"C"_s, u"N"_s)}, {u"C"_s}, {},        {u"A, 2"_s, u"B, 2"_s, u"C, 2"_s},          {}, u"H--"_s},
+        {"nothing selected",                      {A, B},         {},               {u"B, 1"_s},       {u"A, 1"_s},
+         {}, u"H--"_s},
+        {"unknown to unknown",                    {A, B, C},      {u"B"_s},         {u"C, 1"_s},
+         {u"A, 1"_s, u"B, 1"_s},                     {}, u"H--"_s},
+        {"unknown to a main contact",             {AH, BX},       {u"B"_s},         {},
+         {u"A, 3, D1/M"_s, u"B, 2, D1/M"_s},         {}, u"--F"_s},
+        {"unknown to a secondary contact",        {AN, BX},       {u"B"_s},         {},
+         {u"A, 2, D1/M"_s, u"B, 2, D1/M"_s},         {}, u"H--"_s},
+        {"several, neighbours too",               {AH, B, C, BX}, {u"B"_s, u"C"_s}, {},
+         {u"A, 3, D1/M"_s, u"B, 2, D1/M"_s, u"C, 2, D1/M"_s, u"B, 2, D1/M"_s}, {}, u"--F"_s},
+        {"secondary takes the group over",        {A, B, CN, DN, EN}, {u"C"_s},     {u"B, 1"_s},
+         {u"A, 2, D2/X"_s, u"C, 2, D2/X"_s, u"D, 2, D2/X"_s}, {}, u"H--"_s},
+        {"main takes the group over",             {A, B, CH, DN, EN}, {u"C"_s},     {u"B, 1"_s},
+         {u"A, 2, D2/X"_s, u"C, 3, D2/X"_s, u"D, 2, D2/X"_s}, {}, u"--F"_s},
+        {"a group without an account takes all",  {A, B, person(u"C"_s, u"N"_s)}, {u"C"_s}, {},
+         {u"A, 2"_s, u"B, 2"_s, u"C, 2"_s},          {}, u"H--"_s},
     };
     // clang-format on
     for (const Row &row : rows) {
@@ -189,20 +198,29 @@ TEST(Entfernen, FollowsIconAndGroup)
 {
     const QStringList nichts;
     // clang-format off
-    struct Row { const char *name; std::vector<Person> personen; QStringList dazu; QStringList auswahl; QStringList treffer; QStringList mitglieder; QStringList boxen; QStringList aufrufe; QString knoepfe; };
+    struct Row { const char *name; std::vector<Person> personen; QStringList dazu; QStringList auswahl;
+        QStringList treffer; QStringList mitglieder; QStringList boxen; QStringList aufrufe; QString knoepfe; };
     const Person A = person(u"A"_s), AN = person(u"A"_s, u"N"_s, u"D1/M"_s), AH = person(u"A"_s, u"H"_s, u"D1/M"_s);
     const Person B = person(u"B"_s), C = person(u"C"_s), BN = person(u"B"_s, u"N"_s, u"D1/M"_s);
     const Person AS = person(u"A"_s, u"N"_s, u"-/M"_s), BS = person(u"B"_s, u"N"_s, u"-/M"_s);
     const Row rows[] = {
-        {"nothing selected",          {A, B},     {u"B"_s}, {},         {},              {u"A, 1"_s, u"B, 1"_s}, {}, {}, u"H--"_s},
-        {"the only unknown one",      {A},        {},       {u"A"_s},   {},              {u"A, 1"_s}, {u"Es gibt nur noch den einen Unbekannten-Kontakt !"_s}, {}, u"H--"_s},
-        {"the only secondary one",    {AN},       {},       {u"A"_s},   {},              {u"A, 2, D1/M"_s}, {u"Es gibt nur noch den einen Neben-Kontakt !"_s}, {}, u"H--"_s},
+        {"nothing selected",          {A, B},     {u"B"_s}, {},         {},              {u"A, 1"_s, u"B, 1"_s}, {},
+         {}, u"H--"_s},
+        {"the only unknown one",      {A},        {},       {u"A"_s},   {},              {u"A, 1"_s},
+         {u"Es gibt nur noch den einen Unbekannten-Kontakt !"_s}, {}, u"H--"_s},
+        {"the only secondary one",    {AN},       {},       {u"A"_s},   {},              {u"A, 2, D1/M"_s},
+         {u"Es gibt nur noch den einen Neben-Kontakt !"_s}, {}, u"H--"_s},
         {"an unknown one",            {A, B},     {u"B"_s}, {u"B"_s},   {u"B, 1"_s},     {u"A, 1"_s}, {}, {}, u"H--"_s},
-        {"a secondary one",           {AH, BN},   {},       {u"B"_s},   {u"B, 1"_s},     {u"A, 3, D1/M"_s}, {bleibtErhalten}, geloescht(u"B"_s), u"---"_s},
-        {"the main contact of two",   {AH, BN},   {},       {u"A"_s},   {u"A, 1"_s},     {u"B, 2, D1/M"_s}, {bleibtErhalten}, geloescht(u"A"_s), u"H--"_s},
-        {"number is a dash",          {AS, BS},   {},       {u"B"_s},   {u"B, 1"_s},     {u"A, 2, -/M"_s}, {}, {}, u"H--"_s},
-        {"no number is no dash",      {person(u"A"_s, u"N"_s), B}, {u"B"_s}, {u"B"_s}, {u"B, 1"_s}, {u"A, 2"_s}, {bleibtErhalten}, geloescht(u"B"_s), u"H--"_s},
-        {"of two neighbours the first", {A, B, C}, {u"B"_s, u"C"_s}, {u"A"_s, u"B"_s}, {u"A, 1"_s}, {u"B, 1"_s, u"C, 1"_s}, {}, {}, u"H--"_s},
+        {"a secondary one",           {AH, BN},   {},       {u"B"_s},   {u"B, 1"_s},     {u"A, 3, D1/M"_s},
+         {bleibtErhalten}, geloescht(u"B"_s), u"---"_s},
+        {"the main contact of two",   {AH, BN},   {},       {u"A"_s},   {u"A, 1"_s},     {u"B, 2, D1/M"_s},
+         {bleibtErhalten}, geloescht(u"A"_s), u"H--"_s},
+        {"number is a dash",          {AS, BS},   {},       {u"B"_s},   {u"B, 1"_s},     {u"A, 2, -/M"_s}, {}, {},
+         u"H--"_s},
+        {"no number is no dash",      {person(u"A"_s, u"N"_s), B}, {u"B"_s}, {u"B"_s}, {u"B, 1"_s}, {u"A, 2"_s},
+         {bleibtErhalten}, geloescht(u"B"_s), u"H--"_s},
+        {"of two neighbours the first", {A, B, C}, {u"B"_s, u"C"_s}, {u"A"_s, u"B"_s}, {u"A, 1"_s}, {u"B, 1"_s,
+         u"C, 1"_s}, {}, {}, u"H--"_s},
     };
     // clang-format on
     for (const Row &row : rows) {

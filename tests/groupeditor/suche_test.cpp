@@ -55,7 +55,8 @@ TEST(Fenster, SearchesAtOnceIfConfigured)
 TEST(Fenster, ButtonsFollowTheFlagNumber)
 {
     // clang-format off
-    struct Row { int flagzahl; Person aktueller; std::vector<Person> gleiches; QStringList unbekannte; QString knoepfe; };
+    struct Row { int flagzahl; Person aktueller; std::vector<Person> gleiches; QStringList unbekannte; QString knoepfe;
+        };
     const Row rows[] = {
         {0,  person(u"A"_s),                        {},                                         {},       u"H--"_s},
         {0,  person(u"A"_s, u"h"_s),                {},                                         {u"B"_s}, u"H--"_s},
@@ -169,23 +170,36 @@ TEST(Suche, RefusesAnEmptyTerm)
 TEST(Suche, PlacesEachHit)
 {
     // clang-format off
-    struct Row { const char *name; Person aktueller; Person hit; QStringList treffer; QStringList mitglieder; QString knoepfe; };
+    struct Row { const char *name; Person aktueller; Person hit; QStringList treffer; QStringList mitglieder;
+        QString knoepfe; };
     const QString AN = u"A, 2, D1/M"_s, AH = u"A, 3, D1/M"_s;
     const Person N = person(u"A"_s, u"N"_s, u"D1/M"_s), H = person(u"A"_s, u"H"_s, u"D1/M"_s);
     const Row rows[] = {
-        {"never grouped, in a new group",      person(u"A"_s), person(u"B"_s),                        {u"B, 1"_s},       {u"A, 1"_s},            u"H--"_s},
-        {"never grouped, whatever its number", H,              person(u"B"_s, {}, u"D9/X"_s),         {u"B, 1, D9/X"_s}, {AH},                   u"---"_s},
-        {"a small role letter is another one", H,              person(u"B"_s, u"n"_s, u"D9/M"_s),     {},                {AH},                   u"---"_s},
-        {"secondary, in a new group",          person(u"A"_s), person(u"B"_s, u"N"_s, u"D1/M"_s),     {u"B, 2, D1/M"_s}, {u"A, 1"_s},            u"H--"_s},
-        {"main, in a new group",               person(u"A"_s), person(u"B"_s, u"H"_s, u"D1/M"_s),     {u"B, 3, D1/M"_s}, {u"A, 1"_s},            u"H--"_s},
-        {"same account joins",                 H,              person(u"B"_s, u"N"_s, u"D1/M"_s),     {},                {AH, u"B, 2, D1/M"_s},  u"--F"_s},
-        {"main of the same account joins",     N,              person(u"B"_s, u"H"_s, u"D1/M"_s, u"Alpha Haus"_s), {},   {AN, u"B, 3, D1/M"_s},  u"--F"_s},
-        {"another number is left out",         H,              person(u"B"_s, u"N"_s, u"D2/M"_s),     {},                {AH},                   u"---"_s},
-        {"another client is left out",         N,              person(u"B"_s, u"H"_s, u"D1/X"_s),     {},                {AN},                   u"H--"_s},
-        {"accounts compare with case",         N,              person(u"B"_s, u"H"_s, u"d1/M"_s),     {},                {AN},                   u"H--"_s},
+        {"never grouped, in a new group",      person(u"A"_s), person(u"B"_s),                        {u"B, 1"_s},
+         {u"A, 1"_s},            u"H--"_s},
+        {"never grouped, whatever its number", H,              person(u"B"_s, {}, u"D9/X"_s),
+         {u"B, 1, D9/X"_s}, {AH},                   u"---"_s},
+        {"a small role letter is another one", H,              person(u"B"_s, u"n"_s, u"D9/M"_s),     {},
+         {AH},                   u"---"_s},
+        {"secondary, in a new group",          person(u"A"_s), person(u"B"_s, u"N"_s, u"D1/M"_s),
+         {u"B, 2, D1/M"_s}, {u"A, 1"_s},            u"H--"_s},
+        {"main, in a new group",               person(u"A"_s), person(u"B"_s, u"H"_s, u"D1/M"_s),
+         {u"B, 3, D1/M"_s}, {u"A, 1"_s},            u"H--"_s},
+        {"same account joins",                 H,              person(u"B"_s, u"N"_s, u"D1/M"_s),     {},
+         {AH, u"B, 2, D1/M"_s},  u"--F"_s},
+        {"main of the same account joins",     N,              person(u"B"_s, u"H"_s, u"D1/M"_s, u"Alpha Haus"_s), {},
+         {AN, u"B, 3, D1/M"_s},  u"--F"_s},
+        {"another number is left out",         H,              person(u"B"_s, u"N"_s, u"D2/M"_s),     {},
+         {AH},                   u"---"_s},
+        {"another client is left out",         N,              person(u"B"_s, u"H"_s, u"D1/X"_s),     {},
+         {AN},                   u"H--"_s},
+        {"accounts compare with case",         N,              person(u"B"_s, u"H"_s, u"d1/M"_s),     {},
+         {AN},                   u"H--"_s},
         // The client stands for number and client of the search alike.
-        {"found by client as number",          person(u"A"_s, u"N"_s, u"M/M"_s), person(u"B"_s, u"N"_s, u"M/M"_s, u"Omega"_s), {}, {u"A, 2, M/M"_s, u"B, 2, M/M"_s}, u"H--"_s},
-        {"not found by its number",            N,              person(u"B"_s, u"N"_s, u"D1/M"_s, u"Omega"_s), {},        {AN},                   u"H--"_s},
+        {"found by client as number",          person(u"A"_s, u"N"_s, u"M/M"_s), person(u"B"_s, u"N"_s, u"M/M"_s,
+         u"Omega"_s), {}, {u"A, 2, M/M"_s, u"B, 2, M/M"_s}, u"H--"_s},
+        {"not found by its number",            N,              person(u"B"_s, u"N"_s, u"D1/M"_s, u"Omega"_s), {},
+         {AN},                   u"H--"_s},
     };
     // clang-format on
     for (const Row &row : rows) {

@@ -84,11 +84,16 @@ TEST(Tabelle, ThatCannotBeAskedEndsTheProgram)
     // clang-format off
     struct Row { const char *name; std::function<void(Buehne &)> fall; QString begriff; QString anfang; bool abfrage; };
     const Row rows[] = {
-        {"an apostrophe",    [](Buehne &) {},                                                       u"O'N"_s,  u"Es ist ein Fehler beim Zugriff"_s, true},
-        {"no such column",   [](Buehne &b) { b.haupt().konfiguration.IdTypName = u"PCK_ART"_s; },    u"Alph"_s, u"Es ist ein Fehler beim Zugriff"_s, true},
-        {"cut off",          [](Buehne &b) { schreibe(b.tabelle(), lies(b.tabelle()).left(50)); },   u"Alph"_s, u"Es ist ein Fehler beim Zugriff"_s, true},
-        {"no table",         [](Buehne &b) { QFile::remove(b.tabelle()); },                          u"Alph"_s, u"Es ist ein Fehler beim Zugriff"_s, true},
-        {"no folder",        [](Buehne &b) { b.act.databasePath = u"/weg/KONTAKTE.DBF"_s; },         u"Alph"_s, u"Konnte Ihre ACT!-Datenbank nicht öffnen !"_s, false},
+        {"an apostrophe",    [](Buehne &) {},                                                       u"O'N"_s,
+         u"Es ist ein Fehler beim Zugriff"_s, true},
+        {"no such column",   [](Buehne &b) { b.haupt().konfiguration.IdTypName = u"PCK_ART"_s; },    u"Alph"_s,
+         u"Es ist ein Fehler beim Zugriff"_s, true},
+        {"cut off",          [](Buehne &b) { schreibe(b.tabelle(), lies(b.tabelle()).left(50)); },   u"Alph"_s,
+         u"Es ist ein Fehler beim Zugriff"_s, true},
+        {"no table",         [](Buehne &b) { QFile::remove(b.tabelle()); },                          u"Alph"_s,
+         u"Es ist ein Fehler beim Zugriff"_s, true},
+        {"no folder",        [](Buehne &b) { b.act.databasePath = u"/weg/KONTAKTE.DBF"_s; },         u"Alph"_s,
+         u"Konnte Ihre ACT!-Datenbank nicht öffnen !"_s, false},
     };
     // clang-format on
     for (const Row &row : rows) {
