@@ -138,15 +138,15 @@ void IndexNode::readEntries(Bytes page)
     if (prefix > ends.front())
         damaged(m_number, u"der gemeinsame Anfang der Einträge ist länger als der erste"_s);
     const Bytes entries = page.subspan(layout.entriesAt, used);
+    m_bytes.resize(used + prefix * (ends.size() - 1));
     m_ends.reserve(ends.size());
-    m_bytes.reserve(used + prefix * (ends.size() - 1));
+    auto to = m_bytes.begin();
     std::size_t begin = 0;
     for (const std::size_t end : ends) {
         if (begin != 0)
-            m_bytes.insert(m_bytes.end(), entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(prefix));
-        m_bytes.insert(m_bytes.end(), entries.begin() + static_cast<std::ptrdiff_t>(begin),
-                       entries.begin() + static_cast<std::ptrdiff_t>(end));
-        m_ends.push_back(m_bytes.size());
+            to = std::ranges::copy(entries.first(prefix), to).out;
+        to = std::ranges::copy(entries.subspan(begin, end - begin), to).out;
+        m_ends.push_back(static_cast<std::size_t>(to - m_bytes.begin()));
         begin = end;
     }
     checkEntries(prefix);

@@ -13,6 +13,7 @@
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/TableDefFile.h"
 #include "platform/jet/VerifierPages.h"
+#include "platform/jet/VerifierRelation.h"
 #include "platform/jet/VerifierTable.h"
 
 using namespace Qt::StringLiterals;
@@ -126,12 +127,34 @@ private:
         return found == candidates.end() ? nullptr : &*found;
     }
 
+    /// The rows of a relationship whose two sides are known; the index of the referencing side bears its name.
+    void checkRows(const storage::Relationship &relationship)
+    {
+        for (const auto &[page, table] : m_tables) {
+            for (const LogicalIndexDef &index : table.def.logicalIndexes) {
+                if (index.side != LogicalIndexDef::Side::Referencing || !index.partner
+                    || index.name.compare(relationship.name, Qt::CaseInsensitive) != 0) {
+                    continue;
+                }
+                const LogicalIndexDef *partner = findPartner(index);
+                if (partner == nullptr)
+                    continue; // told already
+                const Table &other = m_tables.at(index.partnerTable);
+                checkReferences(m_file, m_codec, {table.name, table.def, index}, {other.name, other.def, *partner},
+                                m_findings);
+            }
+        }
+    }
+
     /// Relationships name tables and columns that exist.
     void checkRelationships()
     {
         for (const storage::Relationship &relationship : readRelationships(m_file, m_codec)) {
             checkColumns(relationship, relationship.table, relationship.columns);
             checkColumns(relationship, relationship.foreignTable, relationship.foreignColumns);
+            if (relationship.enforced) {
+                m_findings.attempt(u"Beziehung %1"_s.arg(relationship.name), [&] { checkRows(relationship); });
+            }
         }
     }
 

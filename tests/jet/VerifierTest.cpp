@@ -10,6 +10,7 @@
 #include "platform/jet/IndexTree.h"
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/TableDefFile.h"
+#include "platform/jet/TableWriter.h"
 #include "platform/jet/UsageMap.h"
 #include "tests/jet/TestFile.h"
 
@@ -32,6 +33,8 @@ public:
         for (const jet::CatalogEntry &entry : jet::Catalog(file, codec).entries()) {
             if (entry.name == u"Parent")
                 table = jet::readTableDef(file, codec, entry.id);
+            if (entry.name == u"Child")
+                child = jet::readTableDef(file, codec, entry.id);
         }
     }
 
@@ -60,6 +63,7 @@ public:
     jet::PageFile file;
     jet::TextCodec codec;
     jet::TableDef table{};
+    jet::TableDef child{};
     jet::PageScope scope;
 };
 
@@ -108,6 +112,13 @@ const Fault faults[] = {
          writer.append(jet::KeyBytes(5));
      },
      u"gehört zu keinem langen Wert"},
+    {"ChildWithoutParent",
+     [](Spoiler &s) {
+         const std::int64_t nobody = 4711;
+         const jet::ColumnValue reference{&s.child.columns.front(), nobody};
+         jet::TableWriter(s.file, s.codec, s.child).insert(std::span(&reference, 1));
+     },
+     u"von Child fehlt die Zeile in Parent"},
     {"RelationshipWithoutPartner",
      [](Spoiler &s) {
          jet::TableDef changed = s.table;

@@ -1,0 +1,42 @@
+// Checks enforced relationships.
+#include "platform/jet/VerifierRelation.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/jet/FieldReader.h"
+#include "platform/jet/IndexCursor.h"
+#include "platform/jet/RowScan.h"
+
+using namespace Qt::StringLiterals;
+using storage::Value;
+
+namespace jet {
+
+void checkReferences(PageFile &file, const TextCodec &codec, const RelationSide &referencing,
+                     const RelationSide &referenced, Findings &findings)
+{
+    const IndexDef &from = referencing.table.indexes[referencing.index.real];
+    const IndexDef &to = referenced.table.indexes[referenced.index.real];
+    if (keySupport(referenced.table, to, file.isJet4(), file.header().codePage) == KeySupport::None)
+        return;
+    const IndexKeyMaker maker(referenced.table, to, file.isJet4());
+    RowScan scan(file, referencing.table);
+    while (scan.next() && !findings.full()) {
+        std::vector<Value> values;
+        for (const IndexColumnDef &part : from.columns)
+            values.push_back(readField(file, codec, scan.row().view, *referencing.table.column(part.column)));
+        if (std::ranges::any_of(values, storage::isNull))
+            continue;
+        const KeyBound bound = maker.bound(values, true);
+        if (IndexCursor(file, to, referenced.table.page, bound, bound).next())
+            continue;
+        findings.fault(
+            u"Beziehung %1: zu Zeile %2 der Seite %3 von %4 fehlt die Zeile in %5"_s.arg(referencing.index.name)
+                .arg(scan.row().home.row)
+                .arg(scan.row().home.page)
+                .arg(referencing.tableName, referenced.tableName));
+    }
+}
+
+} // namespace jet
