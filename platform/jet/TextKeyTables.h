@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 /// The General order of texts as data; TextKey.cpp says how keys come of it.
 namespace jet {
@@ -36,5 +37,19 @@ extern const std::span<const TextKind4> textKinds4;
 /// Runs in ascending order, each as bits: first unit (16), number of units (12), first value (16), kind (12).
 /// The value is the key's bytes, or the code of an unprintable unit or a modifier. Units in no run are ignored.
 extern const std::span<const std::uint64_t> textRuns4;
+
+/// Runs written with ten digits each, to the base of 57, the lowest digit first; '#' is 0.
+template <std::size_t Count> consteval std::array<std::uint64_t, Count> unpackRuns(std::string_view digits)
+{
+    constexpr std::size_t perRun = 10;
+    constexpr std::uint64_t base = 57;
+    std::array<std::uint64_t, Count> runs{};
+    for (std::size_t i = 0; i < Count * perRun; ++i) {
+        const std::size_t fromTheEnd = Count * perRun - 1 - i;
+        std::uint64_t &run = runs[fromTheEnd / perRun];
+        run = run * base + static_cast<std::uint64_t>(digits[fromTheEnd] - '#');
+    }
+    return runs;
+}
 
 } // namespace jet
