@@ -56,9 +56,11 @@ TEST(IndexKey, HasTheBytesThatTheFilesHave)
         {"negative numeric keeps its sign byte", ColumnType::Numeric, storage::Decimal{u"-1"_s},
             "7f 00" + " ff"_ba.repeated(15) + " 9b", "80 00" + " 00"_ba.repeated(15) + " 64"},
         {"guid",              ColumnType::Guid,     guid,
-            "7f 00 11 22 33 44 55 66 77 09 88 99 aa bb cc dd ee ff 08", "80 ff ee dd cc bb aa 99 88 09 77 66 55 44 33 22 11 00 f7"},
+            "7f 00 11 22 33 44 55 66 77 09 88 99 aa bb cc dd ee ff 08",
+            "80 ff ee dd cc bb aa 99 88 09 77 66 55 44 33 22 11 00 f7"},
         {"binary over two groups", ColumnType::Binary, nine,
-            "7f 01 02 03 04 05 06 07 08 09 09 00 00 00 00 00 00 00 01", "80 fe fd fc fb fa f9 f8 f7 09 f6 ff ff ff ff ff ff ff fe"},
+            "7f 01 02 03 04 05 06 07 08 09 09 00 00 00 00 00 00 00 01",
+            "80 fe fd fc fb fa f9 f8 f7 09 f6 ff ff ff ff ff ff ff fe"},
         {"empty binary",      ColumnType::Binary,   QByteArray(""),              "7f", "80"},
     };
     // clang-format on
@@ -77,7 +79,8 @@ TEST(IndexKey, OfTextsFollowsTheGeneralOrder)
         {"letters without case", u"aBc"_s,      "7f 60 61 62 00", "7f 4a 4c 4d 01 00"},
         {"trailing blanks",      u"abc  "_s,    "7f 60 61 62 00", "7f 4a 4c 4d 01 00"},
         {"empty text",           u""_s,         "7f 00", "7f 01 00"},
-        {"umlaut",               u"größer"_s,   "7f 68 75 72 76 76 66 75 06 00", "7f 55 69 64 6b 6b 51 69 01 02 02 13 00"},
+        {"umlaut",               u"größer"_s,   "7f 68 75 72 76 76 66 75 06 00",
+            "7f 55 69 64 6b 6b 51 69 01 02 02 13 00"},
         {"sharp s",              u"Straße"_s,   "7f 76 77 75 60 76 76 66 00", "7f 6b 6d 69 4a 6b 6b 51 01 00"},
         {"accent behind sharp s", u"Großmärkte"_s, "7f 68 75 72 76 76 6f 60 75 6c 77 66 02 22 60",
             "7f 55 69 64 6b 6b 60 4a 69 5c 6d 51 01 02 02 02 02 02 02 13 00"},

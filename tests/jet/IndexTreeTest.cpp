@@ -237,10 +237,13 @@ TEST_P(IndexTrees, GiveRangesInBothDirections)
     Index index(GetParam());
     for (const char *key : {"a1", "a2", "b1", "b2", "c1"})
         index.insert(bytes(key), {1, 1});
-    for (std::size_t i = 0; i < 600; ++i) // so that the range spans pages
+    for (std::size_t i = 0; i < 600; ++i) // smaller ones, so that there are several pages
         index.insert(numbered(i, 100), {1, 1});
     // clang-format off
-    struct Row { const char *name; const char *lower; bool lowerIn; const char *upper; bool upperIn; std::vector<std::string> keys; };
+    struct Row {
+        const char *name; const char *lower; bool lowerIn; const char *upper; bool upperIn;
+        std::vector<std::string> keys;
+    };
     const Row rows[] = {
         {"from a key on",        "b1", true, nullptr, true, {"b1", "b2", "c1"}},
         {"behind a key",         "b1", false, nullptr, true, {"b2", "c1"}},
