@@ -78,9 +78,11 @@ void RowBuilder::appendFixed(std::vector<std::byte> &row) const
             continue;
         const std::size_t at = start + column.fixedOffset;
         row.resize(std::max(row.size(), at + column.length));
-        if (const auto &field = m_fields[column.number])
-            std::ranges::copy(std::as_bytes(std::span(field->constData(), static_cast<std::size_t>(field->size()))),
+        if (const auto &field = m_fields[column.number]) {
+            const auto bytes = std::as_bytes(std::span(field->constData(), static_cast<std::size_t>(field->size())));
+            std::ranges::copy(bytes.first(std::min<std::size_t>(bytes.size(), column.length)),
                               row.begin() + static_cast<std::ptrdiff_t>(at));
+        }
     }
 }
 

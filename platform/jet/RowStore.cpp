@@ -82,8 +82,9 @@ void RowStore::update(RowPointer home, Bytes row)
 /// Puts the row on another page and leaves a pointer to it.
 void RowStore::move(RowPointer home, Bytes row)
 {
-    // Shorter rows have no variable columns and therefore never grow.
-    Q_ASSERT(DataPageWriter(m_store, home.page).canResize(home.row, pointerSize));
+    // Shorter rows have no variable columns and therefore do not grow.
+    if (!DataPageWriter(m_store, home.page).canResize(home.row, pointerSize))
+        damaged(home.page, u"Zeile %1 ist zu kurz, um verschoben zu werden"_s.arg(home.row));
     const RowPointer body = place(row, SlotKind::Body);
     DataPageWriter(m_store, home.page).replaceByPointer(home.row, body);
     noteRoom(home.page);

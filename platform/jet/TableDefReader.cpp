@@ -17,6 +17,7 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/Format.h"
+#include "platform/jet/TableLayout.h"
 #include "platform/storage/Bytes.h"
 
 using namespace Qt::StringLiterals;
@@ -211,6 +212,9 @@ private:
                 damaged(m_def.page, u"Spalte %1 hat die Nummer %2"_s.arg(column.name).arg(column.number));
             if (!column.isFixed() && column.type != ColumnType::Boolean && column.slot >= m_def.variableSlots)
                 damaged(m_def.page, u"Spalte %1 steht an Stelle %2"_s.arg(column.name).arg(column.slot));
+            const std::size_t length = fixedLength(column.type);
+            if (column.isFixed() && length != 0 && column.length != length)
+                damaged(m_def.page, u"Spalte %1 ist %2 Bytes lang"_s.arg(column.name).arg(column.length));
             if (m_def.column(column.number) != &column)
                 damaged(m_def.page, u"Spaltennummer %1 kommt zweimal vor"_s.arg(column.number));
         }
