@@ -75,14 +75,30 @@ std::size_t IndexCheck::visit(PageNo number, std::size_t depth, std::set<PageNo>
     const IndexNode node = IndexNode::read(m_file, number, m_def.page);
     if (node.isLeaf())
         return 0;
-    const std::size_t height = visit(node.tail(), depth + 1, seen) + 1;
-    for (std::size_t i = 0; i < node.count(); ++i) {
+    const auto left = m_lastOfUpper.find(depth);
+    if (left != m_lastOfUpper.end())
+        checkLinks(left->second, node);
+    m_lastOfUpper.insert_or_assign(depth, node);
+    const std::size_t height = visit(node.child(0), depth + 1, seen) + 1;
+    for (std::size_t i = 1; i <= node.count(); ++i) {
         if (visit(node.child(i), depth + 1, seen) + 1 != height)
             damaged(node.child(i), u"sie steht im Index auf einer anderen Ebene als die Seiten neben ihr"_s);
     }
     if (node.level() != height)
         m_levelsDiffer = true;
     return height;
+}
+
+/// Above the leaves, neighbours need not be linked; but a page has no others. The leaves' links are looked at when the
+/// entries are walked through.
+void IndexCheck::checkLinks(const IndexNode &left, const IndexNode &right)
+{
+    if (left.next() != 0 && left.next() != right.number())
+        damaged(left.number(), u"ihre nächste Seite im Index ist %1 statt %2"_s.arg(left.next()).arg(right.number()));
+    if (right.previous() != 0 && right.previous() != left.number()) {
+        damaged(right.number(),
+                u"ihre vorige Seite im Index ist %1 statt %2"_s.arg(right.previous()).arg(left.number()));
+    }
 }
 
 void IndexCheck::checkEntries(const std::vector<PageNo> *rowPages)

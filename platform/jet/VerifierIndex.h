@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <set>
 #include <vector>
 
@@ -28,6 +29,7 @@ public:
 private:
     void checkPages();
     std::size_t visit(PageNo number, std::size_t depth, std::set<PageNo> &seen);
+    static void checkLinks(const IndexNode &left, const IndexNode &right);
     void checkEntries(const std::vector<PageNo> *rowPages);
     void checkEntry(RowPointer row, storage::Bytes key, storage::Bytes previous);
     std::vector<storage::Value> keyValues(const RowView &row) const;
@@ -44,6 +46,7 @@ private:
     PageBook &m_book;
     KeySupport m_support;
     bool m_levelsDiffer = false;
+    std::map<std::size_t, IndexNode> m_lastOfUpper{}; // pages above the leaves seen last, by distance from the root
 };
 
 } // namespace jet
