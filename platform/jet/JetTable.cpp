@@ -4,10 +4,8 @@
 #include "platform/jet/Damage.h"
 #include "platform/jet/JetCursor.h"
 #include "platform/jet/TableDefFile.h"
-#include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
-using storage::StorageError;
 
 namespace jet {
 

@@ -4,11 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/storage/Bytes.h"
-
-using storage::MutableBytes;
-using storage::writeLE;
-
 namespace jet {
 
 namespace {

@@ -18,7 +18,7 @@ struct RowPointer {
     constexpr std::uint32_t number() const { return (page << 8) | row; }
     /// Pointers into usage maps and long values: 0 stands for "none".
     constexpr bool isNull() const { return number() == 0; }
-    auto operator<=>(const RowPointer &) const = default;
+    auto operator<=>(const RowPointer &) const = default; // NOLINT(modernize-use-nullptr): there is no pointer here
 };
 
 } // namespace jet

@@ -135,7 +135,8 @@ void requireDistinctColumns(const storage::TableSchema &schema)
 void requireRoom(const TableDef &def, const QString &name, const FileHeader &header)
 {
     const Format &format = header.jet4 ? jet4Format : jet3Format;
-    std::size_t length = 8 + def.columns.size() / 8 + (header.jet4 ? 2U : 1U) * def.variableSlots;
+    std::size_t length
+        = 8 + def.columns.size() / 8 + (header.jet4 ? std::size_t{2} : std::size_t{1}) * def.variableSlots;
     for (const ColumnDef &column : def.columns)
         length += column.isFixed() ? fixedLength(column.type) : 0;
     if (length > format.rowLimit)
