@@ -26,7 +26,7 @@ QGroupBox { font-weight: 600; border: 1px solid palette(midlight); border-radius
 QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; }
 QGroupBox#PckSection { border: 2px solid #1f6fb2; background: rgba(31, 111, 178, 28); }
 QGroupBox#PckSection::title { color: #1f6fb2; }
-QGroupBox QLabel { font-weight: normal; }
+QGroupBox QLabel { font-weight: normal; padding-top: 2px; }
 QGroupBox#PckSection QLabel { font-weight: 600; }
 QGroupBox QLabel#Caption { color: #737983; font-weight: normal; }
 QLabel[fresh="true"] { background: #ffe08a; color: black; border-radius: 3px; }

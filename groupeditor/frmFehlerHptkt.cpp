@@ -4,6 +4,7 @@
 #include <QHideEvent>
 #include <QWindow>
 
+#include "startup/ListenZeile.h"
 #include "ui_frmFehlerHptkt.h"
 
 using namespace std::chrono_literals;
@@ -42,7 +43,7 @@ void frmFehlerHptkt::Form_Load(KontaktListe &lvMitglieder)
             continue;
         lvMitglieder.setzeIcon(item, KontaktListe::Neben);
         m_ui->lbFirma->setText(lvMitglieder.firma(item));
-        m_ui->lstKontakte->addItem(lvMitglieder.feld(item, 1));
+        fuegeZeileAn(*m_ui->lstKontakte, lvMitglieder.feld(item, 1));
     }
 }
 

@@ -20,6 +20,7 @@ frmInfoStart::frmInfoStart(const QString &programmordner)
         u"Internet: die Projektseite, von der Sie das Programm haben"_s,
     };
     m_ui->Text1->setPlainText(hersteller.join(u"\r\n"_s));
+    m_ui->Text1->setFixedHeight(m_ui->Text1->fontMetrics().lineSpacing() * static_cast<int>(hersteller.size() + 2));
     m_ui->Image1->setPixmap(QIcon(programmordner + u"/bilder/icons/veldrak.ico"_s).pixmap(48, 48));
     connect(m_ui->Command1, &QPushButton::clicked, this, [this] { hide(); });
 }

@@ -6,6 +6,7 @@
 
 #include <QScopedValueRollback>
 
+#include "startup/ListenZeile.h"
 #include "transfer/frmMandantenpasswort.h"
 #include "ui_frmUebertragung.h"
 #include "util/Zahlen.h"
@@ -130,10 +131,10 @@ void frmÜbertragung::fuelleMandanten()
 void frmÜbertragung::fuelleNamen()
 {
     m_haupt.zeigeStatus(u"Liste für Kontakte füllen..."_s);
-    m_ui->lbxNamen->addItem(objHauptkontakt->Daten(u"Name"_s));
+    fuegeZeileAn(*m_ui->lbxNamen, objHauptkontakt->Daten(u"Name"_s));
     for (const KontaktPtr &mitglied : m_haupt.Mitglieder) {
         if (mitglied != objHauptkontakt)
-            m_ui->lbxNamen->addItem(mitglied->Daten(u"Name"_s));
+            fuegeZeileAn(*m_ui->lbxNamen, mitglied->Daten(u"Name"_s));
     }
     m_ui->lbxNamen->setCurrentRow(0);
 }

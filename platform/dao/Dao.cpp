@@ -30,12 +30,16 @@ QString realText(double number, int digits)
     return text.replace(u"."_s, QLocale().decimalPoint());
 }
 
+// The user's short form, but always with the whole year.
 QString dateText(const QDateTime &moment)
 {
-    const QLocale locale;
-    if (moment.time() == QTime(0, 0))
-        return locale.toString(moment.date(), QLocale::ShortFormat);
-    return locale.toString(moment.date(), QLocale::ShortFormat) + u' ' + moment.time().toString(u"HH:mm:ss"_s);
+    QString form = QLocale().dateFormat(QLocale::ShortFormat);
+    if (!form.contains(u"yyyy"_s))
+        form.replace(u"yy"_s, u"yyyy"_s);
+    QString text = QLocale().toString(moment.date(), form);
+    if (moment.time() != QTime(0, 0))
+        text += u' ' + moment.time().toString(u"HH:mm:ss"_s);
+    return text;
 }
 
 } // namespace

@@ -7,29 +7,8 @@
 #include "platform/dao/embedded/EmbeddedEngine.h"
 #include "tests/fakes/Beispieldaten.h"
 #include "tests/fakes/FakeAct.h"
-#include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/FakeProgrammlauf.h"
 #include "util/coding.h"
-
-/// The program's course without windows: boxes are recorded, and an end is only thrown.
-class FakeProgrammlauf : public Programmlauf
-{
-public:
-    explicit FakeProgrammlauf(FakeDesktop &tisch)
-        : m_tisch(tisch)
-    { }
-
-    bool regulaerBeendet = false;
-
-    void DoEvents() override { }
-    desktop::Answer MsgBox(const desktop::Box &box) override { return m_tisch.show(box); }
-
-protected:
-    void regulaeresEnde() override { regulaerBeendet = true; }
-    void sofortigesEnde() override { }
-
-private:
-    FakeDesktop &m_tisch;
-};
 
 /// Contacts over a real mapping of twelve fields.
 class KontaktTest : public testing::Test
