@@ -9,40 +9,9 @@
 
 #include "platform/jet/PageStore.h"
 #include "platform/jet/RowPointer.h"
-#include "platform/jet/Verifier.h"
-#include "platform/storage/StorageError.h"
+#include "platform/jet/VerifierFindings.h"
 
 namespace jet {
-
-/// Collects what a check finds.
-class Findings
-{
-public:
-    explicit Findings(VerifyReport &report)
-        : m_report(report)
-    { }
-
-    VerifyReport &report() { return m_report; }
-    void fault(const QString &text);
-    void fault(PageNo page, const QString &text);
-    void note(const QString &text);
-    bool full() const { return m_report.faults.size() >= VerifyReport::faultLimit; }
-
-    /// Runs a part of the check; damage that ends it is a finding. Returns whether it came to its end.
-    template <typename Work> bool attempt(const QString &place, const Work &work)
-    {
-        try {
-            work();
-            return true;
-        } catch (const storage::StorageError &error) {
-            fault(QStringLiteral("%1: %2").arg(place, error.text()));
-            return false;
-        }
-    }
-
-private:
-    VerifyReport &m_report;
-};
 
 /// Who uses which page: each must have exactly one use.
 class PageBook

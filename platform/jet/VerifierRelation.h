@@ -3,7 +3,7 @@
 #include "platform/jet/PageFile.h"
 #include "platform/jet/TableDef.h"
 #include "platform/jet/TextCodec.h"
-#include "platform/jet/VerifierPages.h"
+#include "platform/jet/VerifierFindings.h"
 
 namespace jet {
 
