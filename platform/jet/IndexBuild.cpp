@@ -2,7 +2,6 @@
 #include "platform/jet/IndexBuild.h"
 
 #include <cstdint>
-#include <optional>
 #include <utility>
 #include <vector>
 

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <limits>
+#include <optional>
+#include <type_traits>
 
 #include <QUuid>
 

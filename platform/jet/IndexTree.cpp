@@ -2,7 +2,6 @@
 #include "platform/jet/IndexTree.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/IndexBuild.h"

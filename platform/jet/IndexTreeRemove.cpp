@@ -2,7 +2,6 @@
 // its tail alone joins its sibling.
 #include "platform/jet/IndexTree.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/jet/Damage.h"

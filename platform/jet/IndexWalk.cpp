@@ -2,6 +2,7 @@
 #include "platform/jet/IndexWalk.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/IndexKey.h"

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "platform/jet/Format.h"
 #include "platform/jet/TextKeyTables.h"

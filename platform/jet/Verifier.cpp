@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
+#include <utility>
 
 #include "platform/jet/Catalog.h"
 #include "platform/jet/FieldReader.h"
