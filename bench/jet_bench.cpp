@@ -111,10 +111,11 @@ static void tabelleAlsText(benchmark::State &state, const QString &programm, con
         state.SkipWithError("not installed");
         return;
     }
+    const QStringList argumente = vorher + QStringList{grosseDatei(), u"Breit"_s};
     for (auto _ : state) {
         QProcess prozess;
         prozess.setStandardOutputFile(QProcess::nullDevice());
-        prozess.start(ausfuehrbar, vorher + QStringList{grosseDatei(), u"Breit"_s});
+        prozess.start(ausfuehrbar, argumente);
         if (!prozess.waitForFinished(-1) || prozess.exitCode() != 0)
             state.SkipWithError("the program failed");
     }

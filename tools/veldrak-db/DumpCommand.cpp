@@ -11,14 +11,22 @@ ExitCode dump(const Arguments &arguments, Output &output)
     const auto database = source.open();
     storage::Table &table = source.table(*database, arguments.operands.value(1));
     const std::vector<storage::Column> &columns = table.schema().columns;
+    QStringList labels; // the same in every row
+    for (const storage::Column &column : columns)
+        labels += (labels.isEmpty() ? u"{"_s : u", "_s) + json::text(column.name) + u": "_s;
+
     std::int64_t rows = 0;
     const auto cursor = table.scan();
+    QString row;
     while (cursor->next()) {
-        json::Members members;
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            members.emplace_back(columns[i].name, json::value(cursor->value(static_cast<int>(i)), columns[i].type));
-        output.line(json::object(members));
-        output.progress(u"%1 Zeilen"_s.arg(++rows));
+        row.resize(0); // keeps its room
+        for (int i = 0; i < labels.size(); ++i) {
+            row += labels[i];
+            row += json::value(cursor->value(i), columns[static_cast<std::size_t>(i)].type);
+        }
+        output.line(row + u'}');
+        if (++rows % 1000 == 0)
+            output.progress(u"%1 Zeilen"_s.arg(rows));
     }
     return Done;
 }

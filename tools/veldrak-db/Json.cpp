@@ -1,6 +1,7 @@
 // Values as JSON.
 #include "tools/veldrak-db/Json.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -27,26 +28,24 @@ template <typename Float> QString number(Float value)
 
 QString currency(storage::Currency amount)
 {
-    constexpr std::uint64_t unit = 10000;
     const bool negative = amount.tenThousandths < 0;
     const auto all = static_cast<std::uint64_t>(amount.tenThousandths);
-    const std::uint64_t magnitude = negative ? 0 - all : all;
-    return text(u"%1%2.%3"_s.arg(negative ? u"-"_s : QString())
-                    .arg(magnitude / unit)
-                    .arg(magnitude % unit, 4, 10, QLatin1Char('0')));
+    QString digits = QString::number(negative ? 0 - all : all).rightJustified(5, u'0');
+    digits.insert(digits.size() - 4, u'.');
+    return text(negative ? u'-' + digits : digits);
 }
 
-QString date(const QDateTime &moment)
+QString date(QDate day, QTime time)
 {
-    const bool wholeSeconds = moment.time().msec() == 0;
-    return text(moment.toString(wholeSeconds ? u"yyyy-MM-ddTHH:mm:ss"_s : u"yyyy-MM-ddTHH:mm:ss.zzz"_s));
+    const QString clock = time.toString(time.msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs);
+    return text(day.toString(Qt::ISODate) + u'T' + clock);
 }
 
 /// A number that is no day of the calendar is shown as the number that it is.
 QString date(storage::DateTime moment)
 {
-    const QDateTime calendar = dao::calendarOf(moment);
-    return calendar.isValid() ? date(calendar) : number(moment.days);
+    const auto [day, time] = dao::dayAndTimeOf(moment);
+    return day.isValid() ? date(day, time) : number(moment.days);
 }
 
 QString bytes(const QByteArray &value)
@@ -58,6 +57,13 @@ QString bytes(const QByteArray &value)
 
 QString text(const QString &value)
 {
+    const bool plain = std::none_of(value.begin(), value.end(), [](QChar character) {
+        const char16_t unit = character.unicode();
+        return unit == u'"' || unit == u'\\' || unit < 0x20 || unit == 0x7F || character.isSurrogate();
+    });
+    if (plain) // as nearly every text is
+        return u'"' + value + u'"';
+
     QString quoted = u"\""_s;
     for (const QChar character : value) {
         const char16_t unit = character.unicode();
@@ -119,7 +125,7 @@ QString value(const QVariant &value)
     case QMetaType::Double:
         return number(value.toDouble());
     case QMetaType::QDateTime:
-        return date(value.toDateTime());
+        return date(value.toDateTime().date(), value.toDateTime().time());
     case QMetaType::QByteArray:
         return bytes(value.toByteArray());
     case QMetaType::QString:
@@ -131,10 +137,10 @@ QString value(const QVariant &value)
 
 QString object(const Members &members)
 {
-    QStringList parts;
+    QString all = u"{"_s;
     for (const auto &[name, content] : members)
-        parts += text(name) + u": "_s + content;
-    return u"{"_s + parts.join(u", "_s) + u"}"_s;
+        all += (all.size() > 1 ? u", "_s : QString()) + text(name) + u": "_s + content;
+    return all + u'}';
 }
 
 QString array(const QStringList &elements)

@@ -86,7 +86,7 @@ std::optional<storage::DateTime> dateFromText(const QString &text, DateOrder ord
     return joined(dayZero().daysTo(date), time.msecsSinceStartOfDay());
 }
 
-QDateTime calendarOf(storage::DateTime moment)
+std::pair<QDate, QTime> dayAndTimeOf(storage::DateTime moment)
 {
     const double whole = std::trunc(moment.days);
     auto day = static_cast<qint64>(whole);
@@ -95,7 +95,13 @@ QDateTime calendarOf(storage::DateTime moment)
         ms = 0;
         ++day; // the time of day counts forwards on both sides of day zero
     }
-    return QDateTime(dayZero().addDays(day), QTime::fromMSecsSinceStartOfDay(ms));
+    return {dayZero().addDays(day), QTime::fromMSecsSinceStartOfDay(ms)};
+}
+
+QDateTime calendarOf(storage::DateTime moment)
+{
+    const auto [day, time] = dayAndTimeOf(moment);
+    return QDateTime(day, time);
 }
 
 storage::DateTime momentOf(const QDateTime &calendar)

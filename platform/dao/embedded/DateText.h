@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <utility>
 
 #include <QDateTime>
 #include <QString>
@@ -19,7 +20,10 @@ DateOrder localeDateOrder();
 /// date whose month cannot be one is read as day and month. Nothing if the text is no date.
 std::optional<storage::DateTime> dateFromText(const QString &text, DateOrder order);
 
-/// Between the serial number of days and a calendar date; milliseconds are kept, finer parts rounded.
+/// The day and the time of day of a moment, milliseconds are kept, finer parts rounded. An invalid date if the number
+/// of days is no day of the calendar.
+std::pair<QDate, QTime> dayAndTimeOf(storage::DateTime moment);
+/// Between the same and a calendar date.
 QDateTime calendarOf(storage::DateTime moment);
 storage::DateTime momentOf(const QDateTime &calendar);
 
