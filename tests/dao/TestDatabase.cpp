@@ -2,6 +2,7 @@
 #include "tests/dao/TestDatabase.h"
 
 #include <map>
+#include <utility>
 
 #include "platform/dbf/DbfDriver.h"
 #include "platform/jet/JetDatabase.h"
@@ -11,19 +12,18 @@ using storage::StorageError;
 
 namespace {
 
-class FailingCursor : public storage::Cursor
+/// Runs a check before each step.
+class WatchedCursor : public storage::Cursor
 {
 public:
-    FailingCursor(std::unique_ptr<storage::Cursor> inner, const StorageError &error)
+    WatchedCursor(std::unique_ptr<storage::Cursor> inner, std::function<void()> beforeStep)
         : m_inner(std::move(inner))
-        , m_error(error)
+        , m_beforeStep(std::move(beforeStep))
     { }
 
     bool next() override
     {
-        if (m_started)
-            throw StorageError(m_error);
-        m_started = true;
+        m_beforeStep();
         return m_inner->next();
     }
     storage::RowId rowId() const override { return m_inner->rowId(); }
@@ -31,8 +31,7 @@ public:
 
 private:
     std::unique_ptr<storage::Cursor> m_inner;
-    StorageError m_error;
-    bool m_started = false;
+    std::function<void()> m_beforeStep;
 };
 
 class CountingTable : public storage::Table
@@ -48,15 +47,13 @@ public:
     std::unique_ptr<storage::Cursor> scan() override
     {
         ++m_driver.calls.scans;
-        if (m_driver.failOnRead)
-            return std::make_unique<FailingCursor>(m_inner.scan(), *m_driver.failOnRead);
-        return m_inner.scan();
+        return watched(m_inner.scan());
     }
     std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override
     {
         ++m_driver.calls.ranges;
         m_driver.calls.lastRange = range;
-        return m_inner.range(range);
+        return watched(m_inner.range(range));
     }
     std::unique_ptr<storage::Cursor> row(storage::RowId id) override
     {
@@ -76,6 +73,14 @@ public:
     void remove(storage::RowId id) override { m_inner.remove(id); }
 
 private:
+    std::unique_ptr<storage::Cursor> watched(std::unique_ptr<storage::Cursor> cursor)
+    {
+        return std::make_unique<WatchedCursor>(std::move(cursor), [this, first = true]() mutable {
+            ++m_driver.calls.steps;
+            if (!std::exchange(first, false) && m_driver.failOnRead)
+                throw StorageError(*m_driver.failOnRead);
+        });
+    }
     void failIfAsked() const
     {
         if (m_driver.failOnWrite)

@@ -12,6 +12,7 @@ struct Calls {
     int scans = 0;
     int ranges = 0;
     int rows = 0;
+    int steps = 0; // of scans and ranges
     storage::KeyRange lastRange{};
 
     bool operator()(int scanned, int ranged) const { return scans == scanned && ranges == ranged; }

@@ -48,6 +48,14 @@ std::shared_ptr<HeldCursor> Connection::holdCursor()
     return held;
 }
 
+void Connection::finishReading()
+{
+    for (const auto &known : m_heldCursors) {
+        if (const auto held = known.lock(); held && held->beforeWrite)
+            held->beforeWrite();
+    }
+}
+
 void Connection::releaseCursors()
 {
     for (const auto &known : m_heldCursors) {

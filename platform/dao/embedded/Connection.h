@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -15,9 +16,10 @@ namespace dao {
 /// A prepared statement; finalised with the object.
 using StatementHandle = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)>;
 
-/// A cursor that stays between calls; null: to be fetched again.
+/// What reads a table from call to call.
 struct HeldCursor {
-    std::unique_ptr<storage::Cursor> cursor{};
+    std::unique_ptr<storage::Cursor> cursor{}; ///< null: to be fetched again
+    std::function<void()> beforeWrite{}; ///< finds what a write could change
 };
 
 /// An open database: the stored tables, and SQLite in front of them.
@@ -62,6 +64,7 @@ public:
     template <typename Write> void alone(Write write)
     {
         requireWritable();
+        finishReading();
         releaseCursors();
         write();
     }
@@ -76,6 +79,7 @@ public:
 
 private:
     void requireWritable() const;
+    void finishReading();
     void releaseCursors();
     void declare(const QString &name);
     void simply(const QByteArray &sql);

@@ -32,7 +32,7 @@ EmbeddedRecordset::EmbeddedRecordset(std::shared_ptr<Connection> connection, std
 {
     for (std::size_t i = 0; i < m_rows->columns().size(); ++i)
         m_fields.push_back(std::make_unique<ResultField>(*this, i));
-    m_visited = std::min<qsizetype>(m_rows->count(), 1);
+    m_visited = m_rows->has(0) ? 1 : 0;
 }
 
 EmbeddedRecordset::~EmbeddedRecordset() = default;
@@ -47,13 +47,13 @@ RowSource &EmbeddedRecordset::rows() const
 
 int EmbeddedRecordset::RecordCount() const
 {
-    rows();
-    return static_cast<int>(m_visited);
+    const RowSource &source = rows();
+    return static_cast<int>(m_sawLast ? source.count() : m_visited);
 }
 
 bool EmbeddedRecordset::Eof() const
 {
-    return m_row >= rows().count();
+    return !rows().has(m_row);
 }
 
 void EmbeddedRecordset::moveTo(qsizetype row)
@@ -61,27 +61,29 @@ void EmbeddedRecordset::moveTo(qsizetype row)
     m_editing = false; // what was set but not written is dropped
     m_edited.clear();
     m_row = row;
-    m_visited = std::max(m_visited, std::min(row + 1, rows().count()));
+    if (rows().has(row))
+        m_visited = std::max(m_visited, row + 1);
 }
 
 void EmbeddedRecordset::MoveFirst()
 {
-    if (rows().count() == 0)
+    if (!rows().has(0))
         throw daoError(DaoError::NoCurrentRecord);
     moveTo(0);
 }
 
 void EmbeddedRecordset::MoveLast()
 {
-    if (rows().count() == 0)
+    if (!rows().has(Keyset::last))
         throw daoError(DaoError::NoCurrentRecord);
-    moveTo(rows().count() - 1);
+    moveTo(Keyset::last);
+    m_sawLast = true;
 }
 
 void EmbeddedRecordset::MoveNext()
 {
     requireRecord();
-    moveTo(m_row + 1);
+    moveTo(m_row == Keyset::last ? rows().count() : m_row + 1);
 }
 
 int EmbeddedRecordset::FieldCount() const

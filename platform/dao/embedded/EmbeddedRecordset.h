@@ -9,7 +9,7 @@
 
 namespace dao {
 
-/// A recordset over rows that were found when it was opened. It ends with its database.
+/// A recordset over the rows of a query. It ends with its database.
 class EmbeddedRecordset : public Recordset
 {
 public:
@@ -40,8 +40,9 @@ private:
     std::shared_ptr<Connection> m_connection;
     std::unique_ptr<RowSource> m_rows;
     std::vector<std::unique_ptr<ResultField>> m_fields;
-    qsizetype m_row = 0;
+    qsizetype m_row = 0; // or Keyset::last
     qsizetype m_visited = 0; // rows seen so far
+    bool m_sawLast = false; // all rows count as seen
     bool m_editing = false;
     std::map<std::size_t, storage::Value> m_edited; // by column of the result
 };

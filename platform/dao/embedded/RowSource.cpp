@@ -20,15 +20,24 @@ class StoredRows : public RowSource
 {
 public:
     StoredRows(std::shared_ptr<Connection> connection, const QString &table, std::vector<ResultColumn> columns,
-               std::vector<RowId> rows)
+               std::unique_ptr<Keyset> rows)
         : RowSource(std::move(columns))
         , m_connection(std::move(connection))
         , m_table(table)
         , m_rows(std::move(rows))
         , m_held(m_connection->holdCursor())
-    { }
+    {
+        m_held->beforeWrite = [found = m_rows.get()] { found->collect(); };
+    }
 
-    qsizetype count() const override { return static_cast<qsizetype>(m_rows.size()); }
+    bool has(qsizetype row) const override
+    {
+        return translated(Doing::Work, [&] { return m_rows->has(row); });
+    }
+    qsizetype count() const override
+    {
+        return translated(Doing::Work, [&] { return m_rows->count(); });
+    }
     bool editable() const override { return !m_connection->database().readOnly(); }
 
     QVariant value(qsizetype row, std::size_t column) const override
@@ -42,8 +51,7 @@ public:
     void update(qsizetype row, std::span<const storage::Assignment> values) override
     {
         translated(Doing::Work, [&] {
-            m_connection->atomically(
-                [&] { m_connection->table(m_table).update(m_rows[static_cast<std::size_t>(row)], values); });
+            m_connection->atomically([&] { m_connection->table(m_table).update(m_rows->at(row), values); });
         });
     }
 
@@ -51,10 +59,9 @@ private:
     storage::Cursor &cursorOn(qsizetype row) const
     {
         storage::Table &table = m_connection->table(m_table);
-        if (!m_held->cursor || m_cursorRow != row) {
-            m_held->cursor = table.row(m_rows[static_cast<std::size_t>(row)]);
-            m_cursorRow = row;
-        }
+        const RowId address = m_rows->at(row);
+        if (!m_held->cursor || m_held->cursor->rowId() != address)
+            m_held->cursor = table.row(address);
         if (!m_held->cursor)
             throw daoError(number::RowDeleted);
         return *m_held->cursor;
@@ -62,9 +69,8 @@ private:
 
     std::shared_ptr<Connection> m_connection;
     QString m_table;
-    std::vector<RowId> m_rows;
+    std::unique_ptr<Keyset> m_rows;
     std::shared_ptr<HeldCursor> m_held; // on the row that was read last
-    mutable qsizetype m_cursorRow = -1;
 };
 
 class ComputedRows : public RowSource
@@ -77,11 +83,12 @@ public:
         , m_rows(std::move(rows))
     { }
 
+    bool has(qsizetype row) const override { return row == Keyset::last ? !m_rows.empty() : row < count(); }
     qsizetype count() const override { return static_cast<qsizetype>(m_rows.size()); }
     bool editable() const override { return false; }
     QVariant value(qsizetype row, std::size_t column) const override
     {
-        return m_rows[static_cast<std::size_t>(row)][column];
+        return (row == Keyset::last ? m_rows.back() : m_rows[static_cast<std::size_t>(row)])[column];
     }
     void update(qsizetype, std::span<const storage::Assignment>) override { throw daoError(DaoError::ReadOnly); }
 
@@ -169,10 +176,7 @@ std::unique_ptr<RowSource> queryRows(const std::shared_ptr<Connection> &connecti
     const bool plain = std::ranges::all_of(columns, [](const ResultColumn &column) { return column.position >= 0; });
     if (text.onlyTable.isEmpty() || !plain)
         return computedRows(*connection, query.get(), std::move(columns));
-    const StatementHandle addresses = connection->prepare(text, text.addresses);
-    std::vector<RowId> rows;
-    while (connection->step(addresses.get()))
-        rows.push_back(sqlite3_column_int64(addresses.get(), 0));
+    auto rows = std::make_unique<Keyset>(*connection, text);
     return std::make_unique<StoredRows>(connection, text.onlyTable, std::move(columns), std::move(rows));
 }
 
@@ -185,7 +189,8 @@ std::unique_ptr<RowSource> tableRows(const std::shared_ptr<Connection> &connecti
     std::vector<RowId> rows;
     for (const auto cursor = table.scan(); cursor->next();)
         rows.push_back(cursor->rowId());
-    return std::make_unique<StoredRows>(connection, table.schema().name, std::move(columns), std::move(rows));
+    return std::make_unique<StoredRows>(connection, table.schema().name, std::move(columns),
+                                        std::make_unique<Keyset>(std::move(rows)));
 }
 
 /// The word with which a statement begins; empty if `source` is but one name.

@@ -6,7 +6,7 @@
 
 #include <QVariant>
 
-#include "platform/dao/embedded/Connection.h"
+#include "platform/dao/embedded/Keyset.h"
 
 namespace dao {
 
@@ -18,13 +18,14 @@ struct ResultColumn {
     int position = -1; ///< its place in the stored table; -1 if there is none behind it
 };
 
-/// The rows of a query, fixed in number and order when it ran. Rows and columns count from 0.
+/// The rows of a query, in a fixed number and order. Rows and columns count from 0; row Keyset::last is the last one.
 class RowSource
 {
 public:
     virtual ~RowSource() = default;
 
-    virtual qsizetype count() const = 0;
+    virtual bool has(qsizetype row) const = 0; ///< `last` if there is any
+    virtual qsizetype count() const = 0; ///< may have to find them all first
     virtual bool editable() const = 0;
     virtual QVariant value(qsizetype row, std::size_t column) const = 0;
     /// Writes one row of an editable result; `values` name columns of the stored table.

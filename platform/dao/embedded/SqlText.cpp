@@ -9,6 +9,7 @@
 #include "platform/dao/embedded/Convert.h"
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/RowOrder.h"
 
 using namespace Qt::StringLiterals;
 
@@ -347,7 +348,11 @@ StatementKind kindOf(const std::vector<Token> &tokens)
 
 SqlText sqlText(const std::vector<Token> &tokens, const SchemaLookup &schemaOf)
 {
-    return Translator(tokens, schemaOf).run();
+    SqlText text = Translator(tokens, schemaOf).run();
+    const storage::TableSchema *only = text.onlyTable.isEmpty() ? nullptr : schemaOf(text.onlyTable);
+    if (const auto reversed = only == nullptr ? std::nullopt : reversedQuery(tokens, *only))
+        text.reversed = Translator(*reversed, schemaOf).run().addresses;
+    return text;
 }
 
 QByteArray bracketed(const QString &name)

@@ -28,6 +28,7 @@ struct SqlText {
     /// A SELECT over nothing but rows of one table: that table, and the query for their addresses alone.
     QString onlyTable{};
     QByteArray addresses{};
+    QByteArray reversed{}; ///< the same from the last row to the first; empty unless that is certain
 };
 
 /// Finds a table's schema by name; nullptr if there is no such table.
