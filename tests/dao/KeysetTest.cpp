@@ -89,6 +89,7 @@ TEST_F(Keyset, EndsWhereTheFullWalkEnds)
         u"SELECT Nr FROM t"_s,
         u"SELECT Nr FROM t ORDER BY Stufe"_s,
         u"SELECT Nr FROM t ORDER BY Stufe DESC"_s,
+        u"SELECT Nr FROM t WHERE Art = 1 ORDER BY Art"_s, // walks forwards either way
         u"SELECT Nr FROM t WHERE Art = 1 ORDER BY Frei"_s,
         u"SELECT TOP 5 Nr FROM t ORDER BY Nr"_s,
         u"SELECT t.Nr, Art AS Nr FROM t ORDER BY Nr"_s,
