@@ -147,8 +147,11 @@ void KontaktListe::beschrifte(QTreeWidgetItem &item) const
 {
     const QString rolle = rolleInWorten(icon(item));
     item.setData(0, Qt::AccessibleTextRole, item.text(0) + u", "_s + rolle);
-    for (int spalte = 0; spalte < columnCount(); ++spalte)
+    const QSize eineZeile(0, std::max(iconSize().height(), fontMetrics().height()) + 2); // of notes the first line
+    for (int spalte = 0; spalte < columnCount(); ++spalte) {
         item.setToolTip(spalte, Qt::convertFromPlainText(rolle + u'\n' + item.text(spalte)));
+        item.setSizeHint(spalte, eineZeile);
+    }
 }
 
 void KontaktListe::setzeFirma(QTreeWidgetItem &item, const QString &firma) const
