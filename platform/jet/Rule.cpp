@@ -3,22 +3,35 @@
 
 #include <utility>
 
-#include <QRegularExpression>
-
 #include "platform/jet/TextKey.h"
+#include "platform/storage/LikePattern.h"
 
 using namespace Qt::StringLiterals;
 using storage::Value;
 
 namespace jet {
 
+namespace {
+
+std::optional<storage::LikePattern> likePattern(const Value &pattern, bool jet4)
+{
+    const auto *text = std::get_if<QString>(&pattern);
+    if (!text)
+        return std::nullopt;
+    return storage::LikePattern::compile(
+        *text, false, [jet4](QStringView left, QStringView right) { return compareTexts(jet4, left, right); });
+}
+
+} // namespace
+
 /// Descends through the grammar: or, and, not, predicate. Any step may fail, which is remembered.
 class RuleParser
 {
 public:
-    RuleParser(std::vector<Token> tokens, const QString &column)
+    RuleParser(std::vector<Token> tokens, const QString &column, bool jet4)
         : m_tokens(std::move(tokens))
         , m_column(column)
+        , m_jet4(jet4)
     { }
 
     std::optional<Rule::Node> parse()
@@ -140,7 +153,7 @@ private:
     Node comparison(Node::Kind kind)
     {
         auto constant = readConstant(m_tokens, m_at);
-        if (!constant || (kind == Node::Like && !std::holds_alternative<QString>(*constant)))
+        if (!constant || (kind == Node::Like && !likePattern(*constant, m_jet4)))
             return fail();
         return {kind, {}, std::move(*constant)};
     }
@@ -148,6 +161,7 @@ private:
     static constexpr int deepest = 200; // steps in a rule, against endless nesting
     std::vector<Token> m_tokens;
     QString m_column;
+    bool m_jet4;
     std::size_t m_at = 0;
     int m_depth = 0;
     bool m_failed = false;
@@ -186,36 +200,12 @@ std::optional<int> order(const Value &left, const Value &right, bool jet4)
     return *leftNumber < *rightNumber ? -1 : *leftNumber > *rightNumber ? 1 : 0;
 }
 
-bool isLike(const QString &text, const QString &pattern)
-{
-    QString expression;
-    bool inList = false;
-    for (const QChar c : pattern) {
-        if (inList) {
-            inList = c != u']';
-            expression += c == u'!' && expression.endsWith(u'[') ? QChar(u'^') : c;
-        } else if (c == u'[') {
-            inList = true;
-            expression += c;
-        } else {
-            expression += c == u'*' ? u".*"_s
-                : c == u'?'         ? u"."_s
-                : c == u'#'         ? u"[0-9]"_s
-                                    : QRegularExpression::escape(c);
-        }
-    }
-    const QRegularExpression compiled(QRegularExpression::anchoredPattern(expression),
-                                      QRegularExpression::CaseInsensitiveOption
-                                          | QRegularExpression::DotMatchesEverythingOption);
-    return compiled.match(text).hasMatch();
-}
-
 } // namespace
 
 std::optional<Rule> Rule::parse(const QString &text, const QString &column, bool jet4)
 {
     auto tokens = tokenize(text);
-    auto root = tokens ? RuleParser(std::move(*tokens), column).parse() : std::nullopt;
+    auto root = tokens ? RuleParser(std::move(*tokens), column, jet4).parse() : std::nullopt;
     if (!root)
         return std::nullopt;
     Rule rule;
@@ -251,7 +241,7 @@ std::optional<bool> Rule::compare(const Node &node, const Value &value) const
 {
     if (node.kind == Node::Like) {
         const auto *text = std::get_if<QString>(&value);
-        return text ? std::optional(isLike(*text, std::get<QString>(node.constant))) : std::nullopt;
+        return text ? std::optional(likePattern(node.constant, m_jet4)->matches(*text)) : std::nullopt;
     }
     const auto found = order(value, node.constant, m_jet4);
     if (!found)

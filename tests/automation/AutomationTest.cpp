@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include "platform/automation/dbus/DBusAutomation.h"
@@ -141,11 +140,9 @@ TEST_F(AutomationTest, ACallHandlesNoUserEvents)
 
 TEST_F(AutomationTest, AProgramThatEndsIsGone)
 {
-    QElapsedTimer duration;
-    duration.start();
-    EXPECT_EQ(failureOf([&] { object->call(u"die"_s); }).first, 462) << "ends while it is asked";
+    EXPECT_EQ(failureOf([&] { object->call(u"die"_s); }).first, 462)
+        << "ends while it is asked, not the time-out's 440";
     EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462);
-    EXPECT_LT(duration.elapsed(), 1500) << "nobody waits for a dead program";
     EXPECT_FALSE(automation.nameOwned(u"TEST.FOREIGN"_s));
     EXPECT_FALSE(automation.CreateObject(u"TEST.FOREIGN"_s));
 

@@ -6,8 +6,8 @@
 #include "platform/dao/embedded/Connection.h"
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/Errors.h"
-#include "platform/dao/embedded/LikePattern.h"
 #include "platform/dao/embedded/SqliteValues.h"
+#include "platform/storage/LikePattern.h"
 
 using namespace Qt::StringLiterals;
 
@@ -51,19 +51,22 @@ void like(sqlite3_context *context, int, Arguments arguments) noexcept
     answer(context, [&] {
         if (sqlite3_value_type(arguments[0]) == SQLITE_NULL || sqlite3_value_type(arguments[1]) == SQLITE_NULL)
             return;
-        const auto *pattern = static_cast<const LikePattern *>(sqlite3_get_auxdata(context, 0));
-        std::unique_ptr<LikePattern> compiled;
+        const auto *pattern = static_cast<const storage::LikePattern *>(sqlite3_get_auxdata(context, 0));
+        std::unique_ptr<storage::LikePattern> compiled;
         if (pattern == nullptr) {
             storage::Database &database = connectionOf(context).database();
-            compiled = std::make_unique<LikePattern>(
+            auto fresh = storage::LikePattern::compile(
                 viewOf(arguments[0]), database.caseSensitive(),
                 [&database](QStringView left, QStringView right) { return database.compareTexts(left, right); });
+            if (!fresh)
+                throw daoError(number::BadPattern, viewOf(arguments[0]).toString());
+            compiled = std::make_unique<storage::LikePattern>(*std::move(fresh));
             pattern = compiled.get();
         }
         sqlite3_result_int(context, pattern->matches(viewOf(arguments[1])) ? -1 : 0);
         if (compiled) { // SQLite keeps it while the pattern stays the same
             sqlite3_set_auxdata(context, 0, compiled.release(),
-                                [](void *old) { std::default_delete<LikePattern>()(static_cast<LikePattern *>(old)); });
+                                [](void *old) { delete static_cast<storage::LikePattern *>(old); });
         }
     });
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QString>
 
-namespace dao {
+namespace storage {
 
 /// Compares two texts in a database's order: below, equal to or above 0.
 using TextOrder = std::function<int(QStringView, QStringView)>;
@@ -18,8 +19,8 @@ using TextOrder = std::function<int(QStringView, QStringView)>;
 class LikePattern
 {
 public:
-    /// Throws DaoError 93 for a bracket without its end or a range that runs backwards.
-    LikePattern(QStringView pattern, bool caseSensitive, TextOrder order);
+    /// Nothing for a bracket without its end or a range that runs backwards.
+    static std::optional<LikePattern> compile(QStringView pattern, bool caseSensitive, TextOrder order);
 
     bool matches(QStringView text) const;
 
@@ -36,8 +37,10 @@ private:
         std::u16string ranges{}; // pairs of first and last
     };
 
+    LikePattern(bool caseSensitive, TextOrder order);
+
     char16_t folded(char16_t c) const;
-    qsizetype compileList(QStringView pattern, qsizetype start);
+    std::optional<qsizetype> compileList(QStringView pattern, qsizetype start);
     bool accepts(const Item &item, char16_t c) const;
     bool accepts(const List &list, char16_t c) const;
 
@@ -47,4 +50,4 @@ private:
     std::vector<List> m_lists;
 };
 
-} // namespace dao
+} // namespace storage

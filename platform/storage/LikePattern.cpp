@@ -1,31 +1,38 @@
 // Jet's Like: compiles a pattern into items of one character each and matches with a single point of return.
-#include "platform/dao/embedded/LikePattern.h"
+#include "platform/storage/LikePattern.h"
 
 #include <utility>
 
-#include "platform/dao/embedded/Errors.h"
+namespace storage {
 
-namespace dao {
-
-LikePattern::LikePattern(QStringView pattern, bool caseSensitive, TextOrder order)
+LikePattern::LikePattern(bool caseSensitive, TextOrder order)
     : m_caseSensitive(caseSensitive)
     , m_order(std::move(order))
+{ }
+
+std::optional<LikePattern> LikePattern::compile(QStringView pattern, bool caseSensitive, TextOrder order)
 {
+    LikePattern compiled(caseSensitive, std::move(order));
+    std::vector<Item> &items = compiled.m_items;
     for (qsizetype i = 0; i < pattern.size(); ++i) {
         const char16_t c = pattern[i].unicode();
-        if (c == u'[')
-            i = compileList(pattern, i + 1);
-        else if (c == u'*' && !m_items.empty() && m_items.back().kind == Item::Anything)
+        if (c == u'[') {
+            const auto end = compiled.compileList(pattern, i + 1);
+            if (!end)
+                return std::nullopt;
+            i = *end;
+        } else if (c == u'*' && !items.empty() && items.back().kind == Item::Anything)
             continue;
         else if (c == u'*')
-            m_items.push_back({Item::Anything});
+            items.push_back({Item::Anything});
         else if (c == u'?')
-            m_items.push_back({Item::AnyCharacter});
+            items.push_back({Item::AnyCharacter});
         else if (c == u'#')
-            m_items.push_back({Item::Digit});
+            items.push_back({Item::Digit});
         else
-            m_items.push_back({Item::Character, folded(c)});
+            items.push_back({Item::Character, compiled.folded(c)});
     }
+    return compiled;
 }
 
 char16_t LikePattern::folded(char16_t c) const
@@ -38,11 +45,11 @@ char16_t LikePattern::folded(char16_t c) const
 }
 
 /// Compiles what follows an opening bracket and returns the position of the closing one.
-qsizetype LikePattern::compileList(QStringView pattern, qsizetype start)
+std::optional<qsizetype> LikePattern::compileList(QStringView pattern, qsizetype start)
 {
     const qsizetype end = pattern.indexOf(u']', start);
     if (end < 0)
-        throw daoError(number::BadPattern, pattern.toString());
+        return std::nullopt;
     QStringView content = pattern.sliced(start, end - start);
     List list;
     if (content.size() > 1 && content.front() == u'!') {
@@ -56,7 +63,7 @@ qsizetype LikePattern::compileList(QStringView pattern, qsizetype start)
             continue;
         }
         if (m_order(content.sliced(i, 1), content.sliced(i + 2, 1)) > 0)
-            throw daoError(number::BadPattern, pattern.toString());
+            return std::nullopt;
         list.ranges += content[i].unicode();
         list.ranges += content[i + 2].unicode();
         i += 2;
@@ -124,4 +131,4 @@ bool LikePattern::matches(QStringView text) const
     return item == m_items.size();
 }
 
-} // namespace dao
+} // namespace storage
