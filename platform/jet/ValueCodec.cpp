@@ -12,6 +12,7 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/DecimalDigits.h"
+#include "platform/jet/TableLayout.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
@@ -75,30 +76,6 @@ QByteArray encodeGuid(const QString &text)
     return field;
 }
 
-/// The size of a type's field; 0 for those that vary.
-std::size_t fieldSize(ColumnType type)
-{
-    switch (type) {
-    case ColumnType::Byte:
-        return 1;
-    case ColumnType::Integer:
-        return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-        return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::DateTime:
-        return 8;
-    case ColumnType::Guid:
-        return 16;
-    case ColumnType::Numeric:
-        return numericSize;
-    default:
-        return 0;
-    }
-}
-
 QByteArray number(std::uint64_t bits, std::size_t size)
 {
     QByteArray field(static_cast<qsizetype>(size), '\0');
@@ -136,7 +113,7 @@ QByteArray padded(const ColumnDef &column, QByteArray field, const TextCodec &co
 
 Value decodeValue(const ColumnDef &column, Bytes bytes, const TextCodec &codec)
 {
-    if (const std::size_t size = fieldSize(column.type); size != 0 && size != bytes.size())
+    if (const std::size_t size = fixedLength(column.type); size != 0 && size != bytes.size())
         damaged(u"%1: ein Feld hat %2 statt %3 Bytes"_s.arg(column.name).arg(bytes.size()).arg(size));
     switch (column.type) {
     case ColumnType::Byte:
@@ -172,7 +149,7 @@ Value decodeValue(const ColumnDef &column, Bytes bytes, const TextCodec &codec)
 
 QByteArray encodeValue(const ColumnDef &column, const Value &value, const TextCodec &codec)
 {
-    const std::size_t size = fieldSize(column.type);
+    const std::size_t size = fixedLength(column.type);
     switch (column.type) {
     case ColumnType::Byte:
     case ColumnType::Integer:
