@@ -17,7 +17,12 @@ public:
     static constexpr int DiskFull = 3026;
     static constexpr int ReadOnly = 3027;
     static constexpr int NotAValidPassword = 3031;
+    static constexpr int FileFull = 3036;
+    static constexpr int DiskFailed = 3040;
+    static constexpr int ConnectionLost = 3043;
     static constexpr int FileInUse = 3045;
+    static constexpr int RowTooLong = 3047;
+    static constexpr int CannotLock = 3050; // nothing can be made beside the file
     static constexpr int CannotOpen = 3051;
     static constexpr int TooFewParameters = 3061; // a name that no table has
     static constexpr int SyntaxInExpression = 3075;

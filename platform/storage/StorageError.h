@@ -16,9 +16,13 @@ public:
         NotThisFormat, ///< some other kind of file
         WrongPassword,
         Damaged, ///< contradicts itself, is cut off, or cannot be decoded; the text names file and place
-        ReadOnly, ///< opened for reading, or the file or folder cannot be written
+        ReadOnly, ///< opened for reading, or the file or its disk cannot be written
+        FolderReadOnly, ///< no file may be made beside it, so nobody could write safely
+        NoPermission, ///< the user may not open, make or remove it
         Locked, ///< another program holds what is needed
         DiskFull,
+        FileFull, ///< the format's greatest length is reached
+        ConnectionLost, ///< the share or device with the file is gone
         InputOutput, ///< any other failure of the operating system
         NoSuchTable,
         NoSuchColumn,
@@ -27,7 +31,8 @@ public:
         Duplicate, ///< a unique index refuses the row
         Required, ///< Null in a required column
         ZeroLength, ///< empty text where none is allowed
-        TooLong, ///< does not fit the column or the row
+        TooLong, ///< does not fit the column
+        RowTooLong, ///< each value fits its column, all together fit no page
         OutOfRange, ///< a number that the column cannot hold
         NotEncodable, ///< characters outside the file's code page
         WrongType, ///< the value cannot become the column's type

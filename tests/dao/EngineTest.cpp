@@ -112,16 +112,19 @@ TEST(Engine, NumbersEveryFailureOfADriver)
     const Row rows[] = {
         {StorageError::Missing, 3024, 3024},       {StorageError::NotThisFormat, 3343, 3343},
         {StorageError::WrongPassword, 3031, 3031}, {StorageError::Damaged, 3049, 3428},
-        {StorageError::ReadOnly, 3051, 3027},      {StorageError::Locked, 3045, 3260},
-        {StorageError::DiskFull, 3026, 3026},      {StorageError::InputOutput, 3051, 3043},
+        {StorageError::ReadOnly, 3027, 3027},      {StorageError::FolderReadOnly, 3050, 3050},
+        {StorageError::NoPermission, 3051, 3051},  {StorageError::Locked, 3045, 3260},
+        {StorageError::DiskFull, 3026, 3026},      {StorageError::FileFull, 3036, 3036},
+        {StorageError::InputOutput, 3040, 3040},   {StorageError::ConnectionLost, 3043, 3043},
         {StorageError::NoSuchTable, 3078, 3078},   {StorageError::NoSuchColumn, 3409, 3409},
         {StorageError::NoSuchIndex, 3015, 3015},   {StorageError::AlreadyExists, 3204, 3012},
         {StorageError::Duplicate, 3022, 3022},     {StorageError::Required, 3314, 3314},
         {StorageError::ZeroLength, 3315, 3315},    {StorageError::TooLong, 3163, 3163},
-        {StorageError::OutOfRange, 3349, 3349},    {StorageError::NotEncodable, 3421, 3421},
-        {StorageError::WrongType, 3421, 3421},     {StorageError::RuleViolated, 3317, 3317},
-        {StorageError::ParentMissing, 3201, 3201}, {StorageError::ChildrenExist, 3200, 3200},
-        {StorageError::RowGone, 3167, 3167},       {StorageError::Unsupported, 3251, 3251},
+        {StorageError::RowTooLong, 3047, 3047},    {StorageError::OutOfRange, 3349, 3349},
+        {StorageError::NotEncodable, 3421, 3421},  {StorageError::WrongType, 3421, 3421},
+        {StorageError::RuleViolated, 3317, 3317},  {StorageError::ParentMissing, 3201, 3201},
+        {StorageError::ChildrenExist, 3200, 3200}, {StorageError::RowGone, 3167, 3167},
+        {StorageError::Unsupported, 3251, 3251},
     };
     TestEngine t;
     t.run({u"CREATE TABLE t (a LONG)"});

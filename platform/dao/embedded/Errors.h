@@ -32,7 +32,6 @@ constexpr int TableExists = 3010;
 constexpr int RelationshipExists = 3012;
 constexpr int UnknownIndex = 3015;
 constexpr int EditMissing = 3020;
-constexpr int DeviceFailed = 3043;
 constexpr int NotADatabase = 3049;
 constexpr int SelectInExecute = 3065;
 constexpr int AmbiguousColumn = 3079;
