@@ -73,11 +73,16 @@ std::unique_ptr<storage::WriteScope> Database::beginWrite()
     return std::make_unique<Transaction>(m_state);
 }
 
+void Database::requireWritable() const
+{
+    if (m_state.readOnly)
+        throw StorageError(StorageError::ReadOnly, u"%1 wurde nur zum Lesen geöffnet"_s.arg(m_folder));
+}
+
 void Database::requireChangeable() const
 {
     m_state.requireSound();
-    if (m_state.readOnly)
-        throw StorageError(StorageError::ReadOnly, u"%1 wurde nur zum Lesen geöffnet"_s.arg(m_folder));
+    requireWritable();
     if (m_state.running) {
         throw StorageError(
             StorageError::Unsupported,

@@ -13,6 +13,7 @@ public:
     Database(const QString &folder, bool readOnly);
 
     bool readOnly() const override { return m_state.readOnly; }
+    void requireWritable() const override;
     QStringList tableNames() const override;
     storage::Table *table(const QString &name) override;
 

@@ -66,9 +66,9 @@ std::vector<CatalogEntry> Catalog::entries() const
 {
     std::vector<CatalogEntry> entries;
     RowScan scan(m_store, m_def);
-    while (scan.next()) {
-        const SystemRow row(m_store, m_codec, m_def, scan.row().view);
-        entries.push_back({scan.row().home, static_cast<std::uint32_t>(row.number(u"Id")),
+    while (const auto found = scan.next()) {
+        const SystemRow row(m_store, m_codec, m_def, found->view);
+        entries.push_back({found->home, static_cast<std::uint32_t>(row.number(u"Id")),
                            static_cast<std::uint32_t>(row.number(u"ParentId")), row.text(u"Name"),
                            static_cast<std::int16_t>(row.number(u"Type")),
                            static_cast<std::uint32_t>(row.number(u"Flags")), row.bytes(u"Owner")});

@@ -97,8 +97,8 @@ void CatalogWriter::inheritPermissions(std::uint32_t table, const QByteArray &ow
     const QByteArray creator = combined(creatorAccount, combined(engine, engineAccount));
     std::map<QByteArray, std::uint32_t> rights;
     RowScan scan(m_file, m_permissions);
-    while (scan.next()) {
-        const SystemRow row(m_file, m_codec, m_permissions, scan.row().view);
+    while (const auto found = scan.next()) {
+        const SystemRow row(m_file, m_codec, m_permissions, found->view);
         if (row.number(u"ObjectId") != tablesContainer || row.value(u"FInheritable") != Value(true))
             continue;
         const QByteArray account = row.bytes(u"SID");
@@ -159,9 +159,9 @@ void CatalogWriter::removeWhere(const TableDef &def, const char16_t *column, con
 {
     std::vector<RowPointer> rows;
     RowScan scan(m_file, def);
-    while (scan.next()) {
-        if (SystemRow(m_file, m_codec, def, scan.row().view).value(column) == value)
-            rows.push_back(scan.row().home);
+    while (const auto found = scan.next()) {
+        if (SystemRow(m_file, m_codec, def, found->view).value(column) == value)
+            rows.push_back(found->home);
     }
     for (const RowPointer row : rows)
         TableWriter(m_file, m_codec, def).remove(*findRow(m_file, def, row));

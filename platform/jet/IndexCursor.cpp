@@ -28,6 +28,13 @@ bool IndexCursor::next()
 /// Goes to the first entry of the range, or behind the last one when the way is backwards.
 void IndexCursor::start()
 {
+    if (m_behind) {
+        m_path = m_walk.toEntry(*m_behind);
+        const IndexStep &last = m_path.back();
+        if (!m_backwards && last.position < last.node.count() && compareKeys(entry(), *m_behind) == 0)
+            ++m_path.back().position;
+        return;
+    }
     const std::optional<KeyBound> &bound = m_backwards ? m_upper : m_lower;
     if (bound)
         m_path = m_walk.toTarget({bound->key, m_backwards == bound->inclusive});

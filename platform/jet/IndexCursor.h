@@ -19,6 +19,8 @@ public:
     IndexCursor(PageStore &store, const IndexDef &index, PageNo owner, std::optional<KeyBound> lower = {},
                 std::optional<KeyBound> upper = {}, bool backwards = false);
 
+    /// Begins behind an entry, in the cursor's direction, whether the entry is still there or not.
+    void startBehind(KeyBytes entry) { m_behind = std::move(entry); }
     /// Moves to the next entry; false when there is none (any more).
     bool next();
     /// The row that the current entry belongs to.
@@ -36,6 +38,7 @@ private:
     IndexWalk m_walk;
     std::optional<KeyBound> m_lower;
     std::optional<KeyBound> m_upper;
+    std::optional<KeyBytes> m_behind{};
     bool m_backwards;
     bool m_ended = false;
     IndexPath m_path{}; // empty before the first move

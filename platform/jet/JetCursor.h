@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/jet/IndexCursor.h"
 #include "platform/jet/IndexTree.h"
 #include "platform/jet/JetTable.h"
@@ -7,23 +9,36 @@
 
 namespace jet {
 
-/// What the cursors of a table share: the values of the row that they stand on.
+/// What the cursors of a table share: the row that they stand on, and its values. When another program has written
+/// meanwhile, they go on behind that row in the new state of the file.
+///
+/// Errors  StorageError: Damaged; RowGone and Locked when another program has deleted the row, or changed the table's
+///         columns or indexes.
 class JetCursor : public storage::Cursor
 {
 public:
+    bool next() final;
     storage::RowId rowId() const override;
     storage::Value value(int column) const override;
 
 protected:
-    explicit JetCursor(const JetTable &table);
+    explicit JetCursor(const JetTable &table, std::optional<FoundRow> row = {});
 
-    virtual const FoundRow &current() const = 0;
+    /// Prepares for finding the rows behind the one that was found last, or all if none was.
+    virtual void start(const std::optional<RowPointer> &behind) = 0;
+    /// The next row; nothing at the end. May be called again if it throws.
+    virtual std::optional<FoundRow> findNext() = 0;
     const JetTable &table() const { return m_table; }
     const JetTable::Known &known() const { return *m_known; }
 
 private:
+    void catchUp() const;
+
     const JetTable &m_table;
-    JetTable::KnownPtr m_known;
+    mutable JetTable::KnownPtr m_known;
+    mutable std::optional<FoundRow> m_row;
+    std::uint64_t m_generation = 0; // of the last start
+    bool m_started = false;
 };
 
 /// All rows, in the order of the pages.
@@ -31,12 +46,12 @@ class ScanCursor final : public JetCursor
 {
 public:
     explicit ScanCursor(const JetTable &table);
-    bool next() override;
 
 private:
-    const FoundRow &current() const override { return m_scan.row(); }
+    void start(const std::optional<RowPointer> &behind) override;
+    std::optional<FoundRow> findNext() override;
 
-    RowScan m_scan;
+    std::optional<RowScan> m_scan{};
 };
 
 /// The rows of a range of an index, in its order.
@@ -44,17 +59,20 @@ class RangeCursor final : public JetCursor
 {
 public:
     RangeCursor(const JetTable &table, const storage::KeyRange &range);
-    bool next() override;
 
 private:
-    const FoundRow &current() const override { return *m_row; }
-    IndexCursor entries(const storage::KeyRange &range) const;
-    void checkKey() const;
+    void start(const std::optional<RowPointer> &behind) override;
+    std::optional<FoundRow> findNext() override;
+    void checkKey(const FoundRow &row) const;
 
-    const IndexDef &m_index;
-    IndexKeyMaker m_keys;
-    IndexCursor m_entries;
-    std::optional<FoundRow> m_row{};
+    struct Way {
+        const IndexDef *index;
+        IndexKeyMaker keys;
+        IndexCursor entries;
+    };
+    storage::KeyRange m_range;
+    std::optional<Way> m_way{};
+    KeyBytes m_entry{}; // of the last row
 };
 
 /// One row.
@@ -62,12 +80,10 @@ class SingleRowCursor final : public JetCursor
 {
 public:
     SingleRowCursor(const JetTable &table, FoundRow row);
-    bool next() override { return false; }
 
 private:
-    const FoundRow &current() const override { return m_row; }
-
-    FoundRow m_row;
+    void start(const std::optional<RowPointer> &) override { }
+    std::optional<FoundRow> findNext() override { return std::nullopt; }
 };
 
 } // namespace jet

@@ -41,12 +41,12 @@ TextCodec codecOf(const FileHeader &header)
 
 std::unique_ptr<storage::Database> JetDriver::open(const storage::OpenRequest &request)
 {
-    return std::make_unique<JetDatabase>(std::make_unique<PageFile>(request));
+    return std::make_unique<JetDatabase>(std::make_unique<PageFile>(m_files, request));
 }
 
 std::unique_ptr<storage::Database> JetDriver::create(const storage::OpenRequest &request, storage::FileVersion version)
 {
-    return std::make_unique<JetDatabase>(createDatabase(request, version));
+    return std::make_unique<JetDatabase>(createDatabase(m_files, request, version));
 }
 
 JetDatabase::JetDatabase(std::unique_ptr<PageFile> file)
@@ -61,7 +61,8 @@ const std::vector<CatalogEntry> &JetDatabase::entries() const
     m_file->refresh();
     if (!m_entriesRead || m_entriesGeneration != m_file->generation()) {
         m_entries
-            = withPlace([this] { return m_file->path(); }, [this] { return Catalog(*m_file, m_codec).entries(); });
+            = withPlace([this] { return m_file->path(); },
+                        [this] { return unhurried(*m_file, [this] { return Catalog(*m_file, m_codec).entries(); }); });
         m_entriesGeneration = m_file->generation();
         m_entriesRead = true;
     }
@@ -131,7 +132,8 @@ std::unique_ptr<storage::WriteScope> JetDatabase::beginWrite()
 std::vector<storage::Relationship> JetDatabase::relationships() const
 {
     m_file->refresh();
-    return withPlace([this] { return m_file->path(); }, [this] { return readRelationships(*m_file, m_codec); });
+    return withPlace([this] { return m_file->path(); },
+                     [this] { return unhurried(*m_file, [this] { return readRelationships(*m_file, m_codec); }); });
 }
 
 void JetDatabase::createTable(const storage::TableSchema &schema)

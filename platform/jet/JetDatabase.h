@@ -19,9 +19,17 @@ class SchemaWriter;
 class JetDriver final : public storage::Driver
 {
 public:
+    /// `files` must outlive the driver and what it opens.
+    explicit JetDriver(storage::FileSystem &files = storage::systemFiles())
+        : m_files(files)
+    { }
+
     std::unique_ptr<storage::Database> open(const storage::OpenRequest &request) override;
     std::unique_ptr<storage::Database> create(const storage::OpenRequest &request,
                                               storage::FileVersion version) override;
+
+private:
+    storage::FileSystem &m_files;
 };
 
 /// An open Jet file. Owns the file and its tables.
@@ -34,6 +42,7 @@ public:
     ~JetDatabase() override;
 
     bool readOnly() const override { return m_file->readOnly(); }
+    void requireWritable() const override { m_file->requireWritable(); }
     QStringList tableNames() const override;
     storage::Table *table(const QString &name) override;
     int compareTexts(QStringView left, QStringView right) const override;

@@ -25,18 +25,23 @@ JetTable::KnownPtr JetTable::known() const
     file.refresh();
     if (!m_known || m_known->generation != file.generation()) {
         m_known.reset();
-        withPlace([this] { return place(); },
-                  [&] {
-                      TableDef def = readTableDef(file, m_database.codec(), m_entry.id);
-                      if (m_entry.isUserTable() && def.type != TableDef::User)
-                          damaged(m_entry.id, u"die Definition ist die einer Systemtabelle"_s);
-                      const QByteArray properties = Catalog(file, m_database.codec()).properties(m_entry.row);
-                      SchemaMap map = makeSchema(m_entry.name, def, properties, m_database.codec());
-                      m_known = std::make_shared<Known>(Known{file.generation(), std::move(def), std::move(map)});
-                  });
+        m_known = withPlace([this] { return place(); },
+                            [&] { return unhurried(file, [this] { return readDefinition(); }); });
         m_schema = m_known->map.schema;
     }
     return m_known;
+}
+
+JetTable::KnownPtr JetTable::readDefinition() const
+{
+    PageFile &file = m_database.file();
+    const std::uint64_t generation = file.generation();
+    TableDef def = readTableDef(file, m_database.codec(), m_entry.id);
+    if (m_entry.isUserTable() && def.type != TableDef::User)
+        damaged(m_entry.id, u"die Definition ist die einer Systemtabelle"_s);
+    const QByteArray properties = Catalog(file, m_database.codec()).properties(m_entry.row);
+    SchemaMap map = makeSchema(m_entry.name, def, properties, m_database.codec());
+    return std::make_shared<Known>(Known{generation, std::move(def), std::move(map)});
 }
 
 const storage::TableSchema &JetTable::schema() const
@@ -47,7 +52,8 @@ const storage::TableSchema &JetTable::schema() const
 
 std::int64_t JetTable::rowEstimate() const
 {
-    return TableCounters(m_database.file(), m_entry.id).rowCount();
+    PageFile &file = m_database.file();
+    return unhurried(file, [&] { return TableCounters(file, m_entry.id).rowCount(); });
 }
 
 std::unique_ptr<storage::Cursor> JetTable::scan()
@@ -63,14 +69,17 @@ std::unique_ptr<storage::Cursor> JetTable::range(const storage::KeyRange &range)
 
 std::unique_ptr<storage::Cursor> JetTable::row(storage::RowId id)
 {
+    auto found = find(RowPointer::fromNumber(static_cast<std::uint32_t>(id)));
+    if (!found)
+        return nullptr;
+    return std::make_unique<SingleRowCursor>(*this, std::move(*found));
+}
+
+std::optional<FoundRow> JetTable::find(RowPointer home) const
+{
+    PageFile &file = m_database.file();
     return withPlace([this] { return place(); },
-                     [&]() -> std::unique_ptr<storage::Cursor> {
-                         auto found = findRow(m_database.file(), known()->def,
-                                              RowPointer::fromNumber(static_cast<std::uint32_t>(id)));
-                         if (!found)
-                             return nullptr;
-                         return std::make_unique<SingleRowCursor>(*this, std::move(*found));
-                     });
+                     [&] { return unhurried(file, [&] { return findRow(file, known()->def, home); }); });
 }
 
 } // namespace jet

@@ -6,6 +6,7 @@
 
 #include "platform/jet/Catalog.h"
 #include "platform/jet/JetDatabase.h"
+#include "platform/jet/RowScan.h"
 #include "platform/jet/TableDef.h"
 #include "platform/jet/TableSchema.h"
 #include "platform/storage/Storage.h"
@@ -41,10 +42,13 @@ public:
 
     const CatalogEntry &entry() const { return m_entry; }
     JetDatabase &database() const { return m_database; }
+    /// The row at a home address, as of now; nothing if there is none.
+    std::optional<FoundRow> find(RowPointer home) const;
     /// The file's name and the table's, for messages.
     QString place() const;
 
 private:
+    KnownPtr readDefinition() const;
     void requireUsersTable() const;
     /// Runs a change within a write scope.
     storage::RowId change(const std::function<storage::RowId(const Known &)> &work);

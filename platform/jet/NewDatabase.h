@@ -8,6 +8,7 @@
 namespace jet {
 
 /// Makes a new, empty database. Leaves no file behind when that fails.
-std::unique_ptr<PageFile> createDatabase(const storage::OpenRequest &request, storage::FileVersion version);
+std::unique_ptr<PageFile> createDatabase(storage::FileSystem &files, const storage::OpenRequest &request,
+                                         storage::FileVersion version);
 
 } // namespace jet

@@ -1,53 +1,56 @@
-// The file as pages: opening, reading through the cache, and writing what a scope has changed.
+// The file as pages: opening it, reading through the cache, scopes of changes.
 #include "platform/jet/PageFile.h"
 
 #include <algorithm>
 
-#include <QFileInfo>
-#include <QScopeGuard>
-
 #include "platform/jet/Damage.h"
 #include "platform/jet/Format.h"
-#include "platform/jet/Rc4.h"
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/UsageMap.h"
-#include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
-using storage::Bytes;
-using storage::MutableBytes;
+using storage::Access;
 using storage::readLE;
 using storage::StorageError;
-using storage::writeLE;
 
 namespace jet {
 
 namespace {
 
 constexpr std::size_t cacheBytes = 8U << 20;
-constexpr qint64 commitAreaSize = 512;
-// A word of the commit area: what it is at least, and what it is while somebody writes.
-constexpr std::uint16_t settled = 0x100;
-constexpr char writing[2] = {0, 0};
 
-QString lockFileOf(const QString &path)
+/// Nobody takes it for a database, whether by its name or by the short one of eight and three letters.
+QString journalOf(const QString &path)
 {
-    const QFileInfo info(path);
-    return info.path() + u'/' + info.completeBaseName() + u".ldb"_s;
+    return path + u".vjn"_s;
+}
+
+bool isForbidden(const StorageError &error)
+{
+    return error.kind() == StorageError::ReadOnly || error.kind() == StorageError::FolderReadOnly
+        || error.kind() == StorageError::NoPermission;
 }
 
 } // namespace
 
-PageFile::PageFile(const storage::OpenRequest &request)
-    : m_file(request.path)
+PagesChanged::PagesChanged(const QString &path)
+    : StorageError(Locked, u"%1 wird gerade von einem anderen Programm geändert."_s.arg(path))
+{ }
+
+PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &request)
+    : m_files(files)
+    , m_path(request.path)
+    , m_journal(files, journalOf(request.path))
 {
     openFile(request.readOnly);
-    const QByteArray start = readRaw(0, std::min<qint64>(m_file.size(), FileHeader::bytesNeeded));
-    m_header = FileHeader::parse(std::as_bytes(std::span(start.constData(), static_cast<std::size_t>(start.size()))));
+    const QByteArray start = m_file->read(0, std::min<qint64>(m_file->size(), FileHeader::bytesNeeded));
+    m_header = FileHeader::parse(storage::bytesOf(start));
     m_pageSize = formatOf(*this).pageSize;
     if (!m_header.password.isEmpty() && m_header.password != request.password)
         throw StorageError(StorageError::WrongPassword, u"%1: Das Kennwort ist nicht gültig."_s.arg(request.path));
-    const qint64 size = m_file.size();
+    joinUsers();
+    settle();
+    const qint64 size = m_file->size();
     if (size % static_cast<qint64>(m_pageSize) != 0) {
         throw StorageError(StorageError::Damaged,
                            u"%1: Die Länge von %2 Bytes ist kein Vielfaches der Seitengröße %3; die letzte Seite ist "
@@ -55,42 +58,80 @@ PageFile::PageFile(const storage::OpenRequest &request)
                                .arg(size)
                                .arg(m_pageSize));
     }
-    m_pageCount = static_cast<PageNo>(size / static_cast<qint64>(m_pageSize));
     m_cache.emplace(cacheBytes / m_pageSize);
-    m_commitArea = readCommitArea();
+    look();
 }
 
-std::unique_ptr<PageFile> PageFile::create(const QString &path, const FileHeader &header)
+PageFile::~PageFile()
+{
+    m_levels.clear();
+    try {
+        // Others may be in the middle of using it.
+        if (m_lockFile && !readOnly() && !m_journal.isInterrupted() && m_lockFile->tryBeginWriting(*m_file))
+            m_journal.remove();
+    } catch (const StorageError &) {
+        // It stays behind, and tells the next one whether there is something to take back.
+    }
+}
+
+std::unique_ptr<PageFile> PageFile::create(storage::FileSystem &files, const QString &path, const FileHeader &header)
 {
     const Page first = header.toPage();
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        const bool exists = QFileInfo::exists(path);
-        throw StorageError(exists ? StorageError::AlreadyExists : StorageError::InputOutput,
-                           exists ? u"%1 gibt es schon."_s.arg(path) : u"%1: %2"_s.arg(path, file.errorString()));
-    }
-    const auto size = static_cast<qint64>(first.size());
-    if (file.write(reinterpret_cast<const char *>(first.data()), size) != size || !file.flush())
-        throw StorageError(StorageError::InputOutput, u"%1: %2"_s.arg(path, file.errorString()));
-    file.close();
-    return std::make_unique<PageFile>(storage::OpenRequest{path, header.password, false});
+    const auto file = files.create(path);
+    file->write(0, first);
+    return std::make_unique<PageFile>(files, storage::OpenRequest{path, header.password, false});
 }
 
 void PageFile::openFile(bool readOnly)
 {
-    if (!QFileInfo(m_file.fileName()).isFile())
-        throw StorageError(StorageError::Missing, u"%1 gibt es nicht."_s.arg(m_file.fileName()));
-    m_readOnly = readOnly || !m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered | QIODevice::ExistingOnly);
-    if (m_readOnly && !m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        throw StorageError(StorageError::InputOutput, u"%1: %2"_s.arg(m_file.fileName(), m_file.errorString()));
+    if (!readOnly) {
+        try {
+            m_file = m_files.open(m_path, Access::ReadWrite);
+            return;
+        } catch (const StorageError &error) {
+            if (error.kind() != StorageError::ReadOnly)
+                throw;
+            m_whyReadOnly = error;
+        }
+    } else {
+        m_whyReadOnly = StorageError(StorageError::ReadOnly, u"%1 ist nur zum Lesen geöffnet."_s.arg(m_path));
+    }
+    m_file = m_files.open(m_path, Access::Read);
+}
+
+/// Where no lock file can be made, nobody could see us: then we only read.
+void PageFile::joinUsers()
+{
+    try {
+        m_lockFile = std::make_unique<LockFile>(m_files, m_path);
+    } catch (const StorageError &error) {
+        if (!isForbidden(error))
+            throw;
+        if (!readOnly())
+            m_whyReadOnly = StorageError(StorageError::FolderReadOnly, error.text());
+    }
+}
+
+void PageFile::requireWritable() const
+{
+    if (m_whyReadOnly)
+        throw *m_whyReadOnly;
 }
 
 void PageFile::refresh()
 {
     if (!m_levels.empty())
         return;
+    if (m_journal.isInterrupted() || isBeingWritten())
+        settle();
+    look();
+}
+
+/// Takes note of the file's state and forgets the pages of another one.
+void PageFile::look()
+{
     QByteArray area = readCommitArea();
-    const auto pages = static_cast<PageNo>(m_file.size() / static_cast<qint64>(m_pageSize));
+    const auto pages = static_cast<PageNo>(m_file->size() / static_cast<qint64>(m_pageSize));
     if (area == m_commitArea && pages == m_pageCount)
         return;
     m_commitArea = std::move(area);
@@ -108,9 +149,10 @@ PagePtr PageFile::read(PageNo number)
     if (number >= m_pageCount)
         damaged(number, u"liegt hinter dem Ende der Datei (%1 Seiten)"_s.arg(m_pageCount));
     auto page = std::make_shared<Page>(m_pageSize);
-    const auto size = static_cast<qint64>(m_pageSize);
-    if (!m_file.seek(size * number) || m_file.read(reinterpret_cast<char *>(page->data()), size) != size)
-        damaged(number, u"lässt sich nicht lesen: %1"_s.arg(m_file.errorString()));
+    m_file->read(static_cast<qint64>(m_pageSize) * number, *page);
+    // Whoever writes changes the commit area before the first page.
+    if (m_levels.empty() && readCommitArea() != m_commitArea)
+        throw PagesChanged(m_path);
     cipher(number, *page);
     m_cache->put(number, page);
     return page;
@@ -130,7 +172,7 @@ PageNo PageFile::append()
 {
     requireScope();
     if ((std::uint64_t{m_pageCount} + 1) * m_pageSize > formatOf(*this).fileSizeLimit)
-        throw StorageError(StorageError::DiskFull, u"%1: Die Datenbank hat ihre größte Länge erreicht."_s.arg(path()));
+        throw StorageError(StorageError::FileFull, u"%1: Die Datenbank hat ihre größte Länge erreicht."_s.arg(path()));
     const PageNo number = m_pageCount++;
     m_levels.back().pages[number] = std::make_shared<Page>(m_pageSize);
     return number;
@@ -164,103 +206,6 @@ void PageFile::requireScope() const
     Q_ASSERT_X(!m_levels.empty(), "PageFile", "a change outside of a write scope");
 }
 
-void PageFile::begin()
-{
-    if (m_readOnly)
-        throw StorageError(StorageError::ReadOnly, u"%1 ist nur zum Lesen geöffnet."_s.arg(path()));
-    if (m_levels.empty()) {
-        requireNoOtherUser(lockFileOf(path()));
-        m_lock.emplace(m_file);
-        auto unlock = qScopeGuard([this] { m_lock.reset(); });
-        refresh();
-        checkCommitArea();
-        unlock.dismiss();
-    }
-    m_levels.push_back({{}, m_pageCount});
-}
-
-void PageFile::commit()
-{
-    if (m_levels.size() == 1) {
-        commitToFile(m_levels.back());
-        for (auto &[number, page] : m_levels.back().pages)
-            m_cache->put(number, page);
-        m_levels.clear();
-        m_lock.reset();
-        return;
-    }
-    Level inner = std::move(m_levels.back());
-    m_levels.pop_back();
-    for (auto &[number, page] : inner.pages) {
-        auto &outer = m_levels.back().pages[number];
-        // Swapped, not replaced: the outer scope's callers hold references to their copies.
-        if (outer)
-            outer->swap(*page);
-        else
-            outer = std::move(page);
-    }
-}
-
-void PageFile::rollback()
-{
-    m_pageCount = m_levels.back().pageCount;
-    m_levels.pop_back();
-    ++m_generation;
-    if (m_levels.empty())
-        m_lock.reset();
-}
-
-/// New pages first: if the disk is full, the old content is still whole. Page 0 is the last, with a counter that tells
-/// other programs that the file has changed.
-void PageFile::commitToFile(const Level &level)
-{
-    if (level.pages.empty())
-        return;
-    Page &first = modify(0);
-    const std::size_t at = formatOf(*this).commitArea;
-    const auto next = static_cast<std::uint16_t>(readLE<std::uint16_t>(first, at) + 1);
-    writeLE(MutableBytes(first), at, std::max(next, settled));
-
-    std::vector<PageNo> old;
-    try {
-        for (const auto &[number, page] : level.pages) {
-            if (number >= level.pageCount)
-                writePage(number, *page);
-            else if (number != 0)
-                old.push_back(number);
-        }
-    } catch (const StorageError &) {
-        m_file.resize(static_cast<qint64>(m_pageSize) * level.pageCount);
-        throw;
-    }
-    std::sort(old.begin(), old.end());
-    overwrite(old, level);
-    m_commitArea = readCommitArea();
-}
-
-void PageFile::overwrite(const std::vector<PageNo> &numbers, const Level &level)
-{
-    const auto size = static_cast<qint64>(m_pageSize);
-    const auto commitArea = static_cast<qint64>(formatOf(*this).commitArea);
-    std::vector<QByteArray> before;
-    before.reserve(numbers.size());
-    for (const PageNo number : numbers)
-        before.push_back(readRaw(size * number, size));
-    std::size_t written = 0;
-    try {
-        writeRaw(commitArea, writing, sizeof writing);
-        for (; written < numbers.size(); ++written)
-            writePage(numbers[written], *level.pages.at(numbers[written]));
-        writePage(0, *level.pages.at(0));
-    } catch (const StorageError &) {
-        for (std::size_t i = 0; i <= written && i < numbers.size(); ++i)
-            writeRaw(size * numbers[i], before[i].constData(), size);
-        writeRaw(commitArea, m_commitArea.constData(), sizeof writing);
-        m_file.resize(size * level.pageCount);
-        throw;
-    }
-}
-
 std::shared_ptr<Page> PageFile::findChanged(PageNo number) const
 {
     for (auto level = m_levels.rbegin(); level != m_levels.rend(); ++level) {
@@ -268,57 +213,6 @@ std::shared_ptr<Page> PageFile::findChanged(PageNo number) const
             return found->second;
     }
     return nullptr;
-}
-
-void PageFile::cipher(PageNo number, MutableBytes page) const
-{
-    if (m_header.pageKey == 0 || number == 0)
-        return;
-    std::byte key[4]{};
-    writeLE(MutableBytes(key), 0, m_header.pageKey ^ number);
-    rc4(key, page);
-}
-
-QByteArray PageFile::readRaw(qint64 at, qint64 size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    if (!m_file.seek(at) || m_file.read(bytes.data(), size) != size)
-        throw StorageError(StorageError::InputOutput, u"%1: %2"_s.arg(path(), m_file.errorString()));
-    return bytes;
-}
-
-void PageFile::writeRaw(qint64 at, const char *bytes, qint64 size)
-{
-    if (m_file.seek(at) && m_file.write(bytes, size) == size)
-        return;
-    const bool full = m_file.error() == QFileDevice::ResourceError;
-    throw StorageError(full ? StorageError::DiskFull : StorageError::InputOutput,
-                       u"%1: %2"_s.arg(path(), m_file.errorString()));
-}
-
-void PageFile::writePage(PageNo number, const Page &page)
-{
-    Page bytes = page;
-    cipher(number, bytes);
-    writeRaw(static_cast<qint64>(m_pageSize) * number, reinterpret_cast<const char *>(bytes.data()),
-             static_cast<qint64>(m_pageSize));
-}
-
-QByteArray PageFile::readCommitArea()
-{
-    return readRaw(static_cast<qint64>(formatOf(*this).commitArea), commitAreaSize);
-}
-
-void PageFile::checkCommitArea() const
-{
-    const auto words = std::as_bytes(std::span(m_commitArea.constData(), static_cast<std::size_t>(commitAreaSize)));
-    for (std::size_t at = 0; at < words.size(); at += 2) {
-        if (readLE<std::uint16_t>(words, at) < settled) {
-            throw StorageError(StorageError::Damaged,
-                               u"%1: Ein Schreibvorgang wurde unterbrochen; die Datenbank muss erst repariert "
-                               "werden."_s.arg(path()));
-        }
-    }
 }
 
 PageScope::PageScope(PageFile &file)

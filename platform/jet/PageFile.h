@@ -7,40 +7,54 @@
 #include <vector>
 
 #include <QByteArray>
-#include <QFile>
 #include <QString>
 
 #include "platform/jet/FileHeader.h"
-#include "platform/jet/FileLock.h"
+#include "platform/jet/LockFile.h"
 #include "platform/jet/PageCache.h"
 #include "platform/jet/PageStore.h"
-#include "platform/storage/Bytes.h"
+#include "platform/storage/FileSystem.h"
+#include "platform/storage/Journal.h"
 #include "platform/storage/Storage.h"
+#include "platform/storage/StorageError.h"
 
 namespace jet {
 
-/// The pages of an open Jet file: decrypted, cached, written at the commit of a scope.
+/// A page was read that another program has written after those read before it: what they say together means nothing.
+/// Whoever can begin anew, after refresh(), catches it.
+class PagesChanged final : public storage::StorageError
+{
+public:
+    explicit PagesChanged(const QString &path);
+};
+
+/// The pages of an open Jet file: decrypted, cached, written at the commit of a scope, whole or not at all.
 ///
-/// Owns     the file handle.
-/// Errors   StorageError: Missing, NotThisFormat, WrongPassword, Locked, Damaged, ReadOnly, DiskFull, InputOutput.
+/// Owns     the file handle, and our part in the lock file beside it.
+/// Errors   StorageError: Missing, NotThisFormat, WrongPassword, Locked, Damaged, ReadOnly, FolderReadOnly,
+///          NoPermission, DiskFull, FileFull, ConnectionLost, InputOutput.
 /// Threads  only the one that opened it.
 class PageFile final : public PageStore
 {
 public:
-    /// A file that may not be written is opened for reading whatever the request says.
-    explicit PageFile(const storage::OpenRequest &request);
+    /// A file that may not be written is opened for reading whatever the request says. What an interrupted commit has
+    /// left is taken back first. `files` must outlive the object.
+    PageFile(storage::FileSystem &files, const storage::OpenRequest &request);
+    ~PageFile() override;
     /// Makes a new file that consists of its header; its content follows in a write scope. AlreadyExists if there is
     /// a file of that name.
-    static std::unique_ptr<PageFile> create(const QString &path, const FileHeader &header);
+    static std::unique_ptr<PageFile> create(storage::FileSystem &files, const QString &path, const FileHeader &header);
 
-    QString path() const { return m_file.fileName(); }
+    QString path() const { return m_path; }
     const FileHeader &header() const { return m_header; }
-    bool readOnly() const { return m_readOnly; }
+    bool readOnly() const { return m_whyReadOnly.has_value(); }
+    /// Throws why the file cannot be written, if so: ReadOnly, FolderReadOnly, NoPermission.
+    void requireWritable() const;
     /// Changes whenever pages differ from what was read before although this object has not written them: after an
     /// undone scope, or when another program has written.
     std::uint64_t generation() const { return m_generation; }
     /// Looks whether another program has written to the file since the last look, and forgets what was read if so.
-    /// Call it where a new piece of work begins.
+    /// Call it where a new piece of work begins. Waits while somebody writes.
     void refresh();
 
     bool isJet4() const override { return m_header.jet4; }
@@ -62,30 +76,37 @@ private:
     };
 
     void openFile(bool readOnly);
+    void joinUsers();
+    bool isBeingWritten() const;
+    void settle();
+    bool trySettle();
+    void recover(storage::File &file);
+    void look();
     void requireScope() const;
     void begin();
     void commit();
     void rollback();
     void commitToFile(const Level &level);
-    void overwrite(const std::vector<PageNo> &numbers, const Level &level);
+    storage::FileChanges changesOf(const Level &level) const;
     std::shared_ptr<Page> findChanged(PageNo number) const;
     void cipher(PageNo number, storage::MutableBytes page) const;
-    QByteArray readRaw(qint64 at, qint64 size);
-    void writeRaw(qint64 at, const char *bytes, qint64 size);
-    void writePage(PageNo number, const Page &page);
-    QByteArray readCommitArea();
+    QByteArray encrypted(PageNo number, const Page &page) const;
+    QByteArray readCommitArea() const;
     void checkCommitArea() const;
 
-    QFile m_file;
+    storage::FileSystem &m_files;
+    QString m_path;
+    std::unique_ptr<storage::File> m_file{};
+    std::unique_ptr<LockFile> m_lockFile{}; // none where a reader may not make one
+    storage::Journal m_journal;
+    std::optional<storage::StorageError> m_whyReadOnly{};
     FileHeader m_header{};
     std::size_t m_pageSize = 0;
     PageNo m_pageCount = 0;
-    bool m_readOnly = true;
     std::uint64_t m_generation = 0;
     QByteArray m_commitArea{}; // as last seen
     std::optional<PageCache> m_cache{};
     std::vector<Level> m_levels{}; // nested scopes, the innermost last
-    std::optional<FileLock> m_lock{}; // while a scope is open
 };
 
 /// Groups changes of pages: at its end they are undone unless committed. May be nested; the outermost commit writes.
@@ -103,5 +124,20 @@ private:
     PageFile &m_file;
     bool m_open = true;
 };
+
+/// Runs `work`, which only reads, again as long as another program's writing gets in between.
+template <typename Work> auto unhurried(PageFile &file, const Work &work)
+{
+    constexpr int attempts = 100;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return work();
+        } catch (const PagesChanged &) {
+            if (attempt == attempts)
+                throw;
+            file.refresh();
+        }
+    }
+}
 
 } // namespace jet

@@ -149,8 +149,8 @@ void SchemaWriter::requireParents(const storage::Relationship &relationship, con
     const TableWriter rows(m_file, m_codec, child);
     IndexTree tree(m_file, parent.indexes[parentIndex], parent.page);
     RowScan scan(m_file, child);
-    while (scan.next()) {
-        const auto key = rows.keyOf(child.indexes[childIndex], scan.row().view);
+    while (const auto found = scan.next()) {
+        const auto key = rows.keyOf(child.indexes[childIndex], found->view);
         if (key && !key->hasNull && !tree.contains(key->key)) {
             throw StorageError(StorageError::ParentMissing,
                                u"In %1 gibt es Zeilen, zu denen in %2 keine gehört."_s.arg(relationship.foreignTable,

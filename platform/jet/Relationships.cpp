@@ -44,8 +44,8 @@ std::vector<storage::Relationship> readRelationships(PageStore &store, const Tex
     std::vector<storage::Relationship> found;
     std::map<QString, std::vector<Pair>> pairs;
     RowScan scan(store, def);
-    while (scan.next()) {
-        const SystemRow row(store, codec, def, scan.row().view);
+    while (const auto entry = scan.next()) {
+        const SystemRow row(store, codec, def, entry->view);
         const QString name = row.text(u"szRelationship");
         const auto flags = static_cast<std::uint32_t>(row.number(u"grbit"));
         if (!pairs.contains(name)) {

@@ -48,46 +48,51 @@ std::optional<FoundRow> findRow(PageStore &store, const TableDef &def, RowPointe
     return rowAt(store, def, home, page);
 }
 
-RowScan::RowScan(PageStore &store, const TableDef &def)
+RowScan::RowScan(PageStore &store, const TableDef &def, std::optional<RowPointer> behind)
     : m_store(store)
     , m_def(def)
+    , m_behind(behind)
+    , m_fromStart(!behind)
 { }
 
-bool RowScan::next()
+std::optional<FoundRow> RowScan::next()
 {
     while (m_page || nextPage()) {
         while (m_slot < m_page->slotCount()) {
             const RowPointer home{m_page->number(), static_cast<std::uint8_t>(m_slot++)};
-            m_row = rowAt(m_store, m_def, home, *m_page);
-            if (m_row) {
+            if (auto row = rowAt(m_store, m_def, home, *m_page)) {
                 ++m_found;
-                return true;
+                return row;
             }
         }
         m_page.reset();
     }
-    m_row.reset();
-    return false;
+    return std::nullopt;
 }
 
 bool RowScan::nextPage()
 {
     const PageNo end = m_store.pageCount();
-    m_number = UsageMap(m_store, m_def.ownedMap).next(m_number + 1, end);
-    if (m_number >= end) {
+    const PageNo from = m_behind ? m_behind->page : m_number + 1;
+    const PageNo number = UsageMap(m_store, m_def.ownedMap).next(from, end);
+    if (number >= end) {
         m_number = end - 1; // stays at the end
         checkCount();
         return false;
     }
-    m_page.emplace(m_store, m_number);
+    m_page.emplace(m_store, number);
     m_page->requireOwner(m_def.page);
-    m_slot = 0;
+    m_number = number;
+    m_slot = m_behind && m_behind->page == number ? m_behind->row + 1U : 0;
+    m_behind.reset();
     return true;
 }
 
 /// The counter may lag behind in good files, but rows never come short of it.
 void RowScan::checkCount() const
 {
+    if (!m_fromStart)
+        return;
     const std::uint32_t counted = TableCounters(m_store, m_def.page).rowCount();
     if (m_found < counted)
         damaged(m_def.page, u"Die Tabelle hat %1 Zeilen, gezählt sind %2"_s.arg(m_found).arg(counted));

@@ -22,18 +22,18 @@ struct FoundRow {
 /// cannot be one of the table's, or a moved row is not where it should be.
 std::optional<FoundRow> findRow(PageStore &store, const TableDef &def, RowPointer home);
 
-/// Walks over all rows of a table in the order of its pages. `def` must outlive it; a write to the table ends it.
+/// Walks over all rows of a table in the order of its pages, or over those behind an address. `def` must outlive it; a
+/// write to the table ends it.
 ///
 /// Errors  StorageError::Damaged for pages that are not the table's, and when fewer rows are found than the table
 /// counts.
 class RowScan
 {
 public:
-    RowScan(PageStore &store, const TableDef &def);
+    RowScan(PageStore &store, const TableDef &def, std::optional<RowPointer> behind = {});
 
-    bool next();
-    /// The current row.
-    const FoundRow &row() const { return *m_row; }
+    /// The next row; nothing at the end.
+    std::optional<FoundRow> next();
 
 private:
     bool nextPage();
@@ -42,10 +42,11 @@ private:
     PageStore &m_store;
     const TableDef &m_def;
     std::optional<DataPage> m_page{};
+    std::optional<RowPointer> m_behind;
     PageNo m_number = 0;
     std::size_t m_slot = 0;
-    std::optional<FoundRow> m_row{};
     std::uint64_t m_found = 0;
+    bool m_fromStart;
 };
 
 } // namespace jet

@@ -234,11 +234,11 @@ void TableWriter::fillIndex(std::size_t index)
     };
     std::vector<Entry> entries;
     RowScan scan(m_file, m_def);
-    while (scan.next()) {
-        const auto key = keyOf(def, scan.row().view);
+    while (const auto found = scan.next()) {
+        const auto key = keyOf(def, found->view);
         requireIndexable(index, key);
         if (key)
-            entries.push_back({indexEntry(key->key, scan.row().home), key->key.size(), key->hasNull});
+            entries.push_back({indexEntry(key->key, found->home), key->key.size(), key->hasNull});
     }
     std::ranges::sort(entries, [](const Entry &a, const Entry &b) { return compareKeys(a.bytes, b.bytes) < 0; });
     std::vector<KeyBytes> sorted;

@@ -22,10 +22,10 @@ void checkReferences(PageFile &file, const TextCodec &codec, const RelationSide 
         return;
     const IndexKeyMaker maker(referenced.table, to, file.isJet4());
     RowScan scan(file, referencing.table);
-    while (scan.next() && !findings.full()) {
+    for (auto row = scan.next(); row && !findings.full(); row = scan.next()) {
         std::vector<Value> values;
         for (const IndexColumnDef &part : from.columns)
-            values.push_back(readField(file, codec, scan.row().view, *referencing.table.column(part.column)));
+            values.push_back(readField(file, codec, row->view, *referencing.table.column(part.column)));
         if (std::ranges::any_of(values, storage::isNull))
             continue;
         const KeyBound bound = maker.bound(values, true);
@@ -33,8 +33,8 @@ void checkReferences(PageFile &file, const TextCodec &codec, const RelationSide 
             continue;
         findings.fault(
             u"Beziehung %1: zu Zeile %2 der Seite %3 von %4 fehlt die Zeile in %5"_s.arg(referencing.index.name)
-                .arg(scan.row().home.row)
-                .arg(scan.row().home.page)
+                .arg(row->home.row)
+                .arg(row->home.page)
                 .arg(referencing.tableName, referenced.tableName));
     }
 }

@@ -156,6 +156,8 @@ public:
     virtual ~Database() = default;
 
     virtual bool readOnly() const = 0;
+    /// Throws why nothing can be written, if so: ReadOnly, FolderReadOnly.
+    virtual void requireWritable() const = 0;
     /// The names of the users' tables; no system tables.
     virtual QStringList tableNames() const = 0;
     /// The table of that name, case-insensitively; nullptr if there is none. The database owns it.

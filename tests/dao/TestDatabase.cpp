@@ -100,6 +100,7 @@ public:
     { }
 
     bool readOnly() const override { return m_inner->readOnly(); }
+    void requireWritable() const override { m_inner->requireWritable(); }
     QStringList tableNames() const override { return m_inner->tableNames(); }
     storage::Table *table(const QString &name) override
     {

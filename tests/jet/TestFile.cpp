@@ -60,7 +60,7 @@ void TestFile::setContent(const QByteArray &content) const
 
 QString TestFile::faults() const
 {
-    jet::PageFile file({path(), m_password, true});
+    jet::PageFile file(storage::systemFiles(), {path(), m_password, true});
     const jet::VerifyReport report = jet::verify(file);
     QStringList all(report.faults.begin(), report.faults.end());
     all += QStringList(report.notes.begin(), report.notes.end());

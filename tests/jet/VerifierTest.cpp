@@ -26,7 +26,7 @@ class Spoiler
 {
 public:
     explicit Spoiler(const TestFile &test)
-        : file({test.path()})
+        : file(storage::systemFiles(), {test.path()})
         , codec(file.isJet4() ? jet::TextCodec::jet4() : jet::TextCodec::jet3(1252))
         , scope(file)
     {

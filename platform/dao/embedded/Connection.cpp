@@ -149,12 +149,6 @@ int Connection::run(const SqlText &text)
     return m_changes;
 }
 
-void Connection::requireWritable() const
-{
-    if (database().readOnly())
-        throw daoError(DaoError::ReadOnly);
-}
-
 void Connection::simply(const QByteArray &sql)
 {
     if (sqlite3_exec(m_sqlite.get(), sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)

@@ -63,7 +63,7 @@ public:
     /// Runs `write` while no cursor is open.
     template <typename Write> void alone(Write write)
     {
-        requireWritable();
+        database().requireWritable();
         finishReading();
         releaseCursors();
         write();
@@ -78,7 +78,6 @@ public:
     void countChange() { ++m_changes; }
 
 private:
-    void requireWritable() const;
     void finishReading();
     void releaseCursors();
     void declare(const QString &name);

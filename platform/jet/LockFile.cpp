@@ -1,0 +1,161 @@
+// Who has the database open, and who may write.
+#include "platform/jet/LockFile.h"
+
+#include <QFileInfo>
+#include <QSysInfo>
+
+#include "platform/storage/LocalPath.h"
+#include "platform/storage/Patience.h"
+#include "platform/storage/StorageError.h"
+
+using namespace Qt::StringLiterals;
+using storage::ByteRange;
+using storage::LockKind;
+using storage::StorageError;
+
+namespace jet {
+
+namespace {
+
+constexpr int entries = 255;
+constexpr qint64 entrySize = 64;
+constexpr qsizetype nameSize = 32;
+// The byte of entry n is this one plus n.
+constexpr qint64 userLocks = 0x10000000;
+// Our own kind: the same, and the first byte for the one that writes. The engine's own ranges end at 0x6FFFFFFF.
+constexpr qint64 ownKind = 0x70000000;
+// As far as a database can reach.
+constexpr ByteRange wholeDatabase{0, 0x7FFFFFFF};
+
+ByteRange userLock(int entry)
+{
+    return {userLocks + entry, 1};
+}
+
+ByteRange ownKindLock(int entry)
+{
+    return {ownKind + entry, 1};
+}
+
+} // namespace
+
+LockFile::LockFile(storage::FileSystem &files, const QString &databasePath)
+    : m_files(files)
+    , m_path(pathFor(databasePath))
+{
+    if (!storage::retryForAWhile([this] { return tryJoin(); }))
+        throw StorageError(StorageError::Locked, u"%1 wird von einem anderen Programm benutzt."_s.arg(databasePath));
+}
+
+LockFile::~LockFile()
+{
+    endWriting();
+    try {
+        leave();
+    } catch (const StorageError &) {
+        // The file stays behind; without our lock it means nothing.
+    }
+}
+
+QString LockFile::pathFor(const QString &databasePath)
+{
+    const QFileInfo info(databasePath);
+    return storage::existingPath(info.path() + u'/' + info.completeBaseName() + u".ldb"_s);
+}
+
+bool LockFile::tryJoin()
+{
+    try {
+        m_file = m_files.exists(m_path) ? m_files.open(m_path, storage::Access::ReadWrite) : m_files.create(m_path);
+    } catch (const StorageError &error) {
+        // Somebody was faster with making or removing it.
+        if (error.kind() == StorageError::AlreadyExists || error.kind() == StorageError::Missing)
+            return false;
+        throw;
+    }
+    if (!takeEntry())
+        return false;
+    // The last one to leave may have removed the file between our opening and locking it.
+    if (!m_file->isStillThere())
+        return false;
+    writeEntry();
+    return true;
+}
+
+bool LockFile::takeEntry()
+{
+    for (m_entry = 1; m_entry <= entries; ++m_entry) {
+        if (m_file->tryLock(userLock(m_entry), LockKind::Exclusive))
+            return m_file->tryLock(ownKindLock(m_entry), LockKind::Exclusive);
+    }
+    return false;
+}
+
+void LockFile::writeEntry()
+{
+    const QByteArray computer = QSysInfo::machineHostName().toLatin1().left(nameSize - 1);
+    const QByteArray entry = computer.leftJustified(nameSize, '\0') + QByteArray("Admin").leftJustified(nameSize, '\0');
+    m_file->write((m_entry - 1) * entrySize, storage::bytesOf(entry));
+}
+
+bool LockFile::tryBeginWriting(storage::File &database)
+{
+    const auto lock = [this](storage::File &file, ByteRange range) {
+        const bool locked = file.tryLock(range, LockKind::Exclusive);
+        if (locked)
+            m_writeLocks.emplace_back(&file, range);
+        return locked;
+    };
+    if (lock(*m_file, ownKindLock(0)) && lockOthers() && lock(database, wholeDatabase))
+        return true;
+    endWriting();
+    return false;
+}
+
+/// Takes the locks of all free entries; false if another kind of program has one.
+bool LockFile::lockOthers()
+{
+    const ByteRange ranges[] = {{userLocks + 1, m_entry - 1}, {userLocks + m_entry + 1, entries - m_entry}};
+    for (const ByteRange &range : ranges) {
+        if (range.size == 0)
+            continue;
+        if (m_file->tryLock(range, LockKind::Exclusive)) {
+            m_writeLocks.emplace_back(m_file.get(), range);
+            continue;
+        }
+        for (qint64 byte = range.first; byte < range.first + range.size; ++byte) {
+            if (!lockOther(static_cast<int>(byte - userLocks)))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool LockFile::lockOther(int entry)
+{
+    if (m_file->tryLock(userLock(entry), LockKind::Exclusive)) {
+        m_writeLocks.emplace_back(m_file.get(), userLock(entry));
+        return true;
+    }
+    const bool otherKind = m_file->tryLock(ownKindLock(entry), LockKind::Exclusive);
+    if (otherKind)
+        m_file->unlock(ownKindLock(entry));
+    return !otherKind;
+}
+
+void LockFile::endWriting() noexcept
+{
+    for (; !m_writeLocks.empty(); m_writeLocks.pop_back())
+        m_writeLocks.back().first->unlock(m_writeLocks.back().second);
+}
+
+void LockFile::leave()
+{
+    m_file->unlock(ownKindLock(m_entry));
+    m_file->unlock(userLock(m_entry));
+    // Whoever wants to join now finds no free entry, and then no file.
+    if (m_file->tryLock({userLocks + 1, entries}, LockKind::Exclusive) && m_file->isStillThere())
+        m_files.remove(m_path);
+}
+
+} // namespace jet

@@ -1,0 +1,190 @@
+// Writing: who may, what a scope has changed as one change of the file, and what an interrupted one has left.
+#include <algorithm>
+
+#include "platform/jet/Format.h"
+#include "platform/jet/PageFile.h"
+#include "platform/jet/Rc4.h"
+#include "platform/storage/Patience.h"
+
+using namespace Qt::StringLiterals;
+using storage::MutableBytes;
+using storage::readLE;
+using storage::StorageError;
+using storage::writeLE;
+
+namespace jet {
+
+namespace {
+
+constexpr qint64 commitAreaSize = 512;
+// A word of the commit area: what it is at least, and what it is while somebody writes.
+constexpr std::uint16_t settled = 0x100;
+constexpr char writing[2] = {0, 0};
+
+} // namespace
+
+void PageFile::begin()
+{
+    requireWritable();
+    if (m_levels.empty()) {
+        if (!storage::retryForAWhile([this] { return m_lockFile->tryBeginWriting(*m_file); })) {
+            throw StorageError(
+                StorageError::Locked,
+                u"%1: Ein anderes Programm hat die Datenbank geöffnet oder ändert sie gerade."_s.arg(path()));
+        }
+        try {
+            recover(*m_file);
+            look();
+            checkCommitArea();
+        } catch (const StorageError &) {
+            m_lockFile->endWriting();
+            throw;
+        }
+    }
+    m_levels.push_back({{}, m_pageCount});
+}
+
+void PageFile::commit()
+{
+    if (m_levels.size() == 1) {
+        commitToFile(m_levels.back());
+        for (auto &[number, page] : m_levels.back().pages)
+            m_cache->put(number, page);
+        m_levels.clear();
+        m_lockFile->endWriting();
+        return;
+    }
+    Level inner = std::move(m_levels.back());
+    m_levels.pop_back();
+    for (auto &[number, page] : inner.pages) {
+        auto &outer = m_levels.back().pages[number];
+        // Swapped, not replaced: the outer scope's callers hold references to their copies.
+        if (outer)
+            outer->swap(*page);
+        else
+            outer = std::move(page);
+    }
+}
+
+void PageFile::rollback()
+{
+    m_pageCount = m_levels.back().pageCount;
+    m_levels.pop_back();
+    ++m_generation;
+    if (m_levels.empty())
+        m_lockFile->endWriting();
+}
+
+/// Waits until nobody is writing. If the one who did is gone, what it has left is taken back.
+void PageFile::settle()
+{
+    if (!storage::retryForAWhile([this] { return trySettle(); }))
+        throw StorageError(StorageError::Locked, u"%1 wird gerade von einem anderen Programm geändert."_s.arg(path()));
+}
+
+bool PageFile::trySettle()
+{
+    if (!m_journal.isHot())
+        return true;
+    std::unique_ptr<storage::File> opened;
+    std::unique_ptr<LockFile> joined;
+    if (readOnly())
+        opened = m_files.open(m_path, storage::Access::ReadWrite);
+    if (!m_lockFile)
+        joined = std::make_unique<LockFile>(m_files, m_path);
+    storage::File &file = opened ? *opened : *m_file;
+    LockFile &lockFile = joined ? *joined : *m_lockFile;
+    if (!lockFile.tryBeginWriting(file))
+        return false;
+    try {
+        recover(file);
+    } catch (const StorageError &) {
+        lockFile.endWriting();
+        throw;
+    }
+    lockFile.endWriting();
+    return true;
+}
+
+void PageFile::recover(storage::File &file)
+{
+    m_journal.recover([&file](const QString &) { return &file; });
+}
+
+/// Page 0 comes last, with a counter that tells other programs that the file has changed.
+void PageFile::commitToFile(const Level &level)
+{
+    if (level.pages.empty())
+        return;
+    Page &first = modify(0);
+    const std::size_t at = formatOf(*this).commitArea;
+    const auto next = static_cast<std::uint16_t>(readLE<std::uint16_t>(first, at) + 1);
+    writeLE(MutableBytes(first), at, std::max(next, settled));
+    const storage::Journal::Part part{*m_file, changesOf(level)};
+    m_journal.commit({&part, 1});
+    m_commitArea = readCommitArea();
+}
+
+storage::FileChanges PageFile::changesOf(const Level &level) const
+{
+    const auto size = static_cast<qint64>(m_pageSize);
+    std::vector<PageNo> numbers;
+    for (const auto &[number, page] : level.pages) {
+        if (number != 0)
+            numbers.push_back(number);
+    }
+    std::ranges::sort(numbers);
+    numbers.push_back(0);
+
+    storage::FileChanges changes;
+    changes.oldSize = size * level.pageCount;
+    changes.newSize = size * m_pageCount;
+    for (const PageNo number : numbers) {
+        const qint64 position = size * number;
+        const QByteArray before = number < level.pageCount ? m_file->read(position, size) : QByteArray();
+        changes.changes.push_back({position, before, encrypted(number, *level.pages.at(number))});
+    }
+    changes.mark = {static_cast<qint64>(formatOf(*this).commitArea), m_commitArea.first(sizeof writing),
+                    QByteArray(writing, sizeof writing)};
+    return changes;
+}
+
+void PageFile::cipher(PageNo number, MutableBytes page) const
+{
+    if (m_header.pageKey == 0 || number == 0)
+        return;
+    std::byte key[4]{};
+    writeLE(MutableBytes(key), 0, m_header.pageKey ^ number);
+    rc4(key, page);
+}
+
+QByteArray PageFile::encrypted(PageNo number, const Page &page) const
+{
+    Page bytes = page;
+    cipher(number, bytes);
+    return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+}
+
+QByteArray PageFile::readCommitArea() const
+{
+    return m_file->read(static_cast<qint64>(formatOf(*this).commitArea), commitAreaSize);
+}
+
+bool PageFile::isBeingWritten() const
+{
+    return readCommitArea().startsWith(QByteArrayView(writing, sizeof writing));
+}
+
+void PageFile::checkCommitArea() const
+{
+    const storage::Bytes words = storage::bytesOf(m_commitArea);
+    for (std::size_t at = 0; at < words.size(); at += 2) {
+        if (readLE<std::uint16_t>(words, at) < settled) {
+            throw StorageError(StorageError::Damaged,
+                               u"%1: Ein Schreibvorgang wurde unterbrochen; die Datenbank muss erst repariert "
+                               "werden."_s.arg(path()));
+        }
+    }
+}
+
+} // namespace jet
