@@ -35,7 +35,8 @@ void frmHauptkontakt::sucheKontakte(const QString &suchbegriff, const QString & 
     lvSuche().clear();
 
     m_haupt.ActKontaktfenster->call(u"LookupALL"_s);
-    const int alle = m_haupt.ActKontaktfenster->call(u"GetCount"_s).toInt();
+    const QString zaehlt = u"GetCount"_s;
+    const int alle = wholeNumberOf(zaehlt, m_haupt.ActKontaktfenster->call(zaehlt));
     const QString client = m_haupt.Kontakt->Mandant;
     const auto treffer = m_haupt.ActDB.SucheInActDB(*m_haupt.ActApp, begriff, client, client);
     uebernimmTreffer(*treffer, trefferzahl(*treffer, alle));

@@ -12,9 +12,10 @@
 
 #include "platform/errors/RunTimeError.h"
 
-/// A failed call of another program's object: 438 unknown member, 462 program gone, 440 no answer in time or a failure
-/// without a number; otherwise the number that the other program gave (91 while it shows a notice window). The
-/// description names the member.
+/// A failed call of another program's object: 438 unknown member, 450 wrong arguments, 13 a value of a type that does
+/// not fit, 6 a number out of range, 462 program gone, 440 no answer in time, busy for too long, or a failure without a
+/// number; otherwise the number that the other program gave (91 while it shows a notice window). The description is
+/// German and names the member.
 class AutomationError : public RunTimeError
 {
 public:
@@ -55,7 +56,18 @@ using Arguments = std::vector<Argument>;
 ///
 /// Results are simple values, an invalid QVariant (nothing), or another object as std::shared_ptr<AutomationObject>
 /// (see objectOf). Whole numbers keep their width: short is 16 bit, int is 32 bit.
-/// Threads: the one that created it. Every member may throw AutomationError; a call waits at most a fixed time.
+/// Threads: the one that created it. Every member may throw AutomationError.
+///
+/// What an implementation owes its callers, whatever the other program does:
+/// - A call ends after a fixed time at the latest, and handles no user event meanwhile.
+/// - A program that says it is busy (COM: RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER, for which a message filter
+///   is asked) has done nothing: it is asked again after a short pause, until the time is up. Nobody is told before.
+/// - A call without an answer in time may have been carried out: it fails and is never repeated.
+/// - A program that did not answer in time, or was busy for good, gets only a fraction of the time for its next calls,
+///   until it answers again: whoever tidies up after a failure must not wait for it twice.
+/// - A result that is no simple value or object (arrays, structures, dates, handles, errors as values) is failure 13, a
+///   number that is none (NaN, infinite) is 6, a by-reference value that comes back with another type is 13, too few of
+///   them is 440. Then no variable is changed.
 class AutomationObject
 {
 public:
@@ -70,6 +82,9 @@ Q_DECLARE_METATYPE(AutomationObjectPtr)
 
 /// The object in a result; nullptr if the result is no object.
 AutomationObjectPtr objectOf(const QVariant &result);
+
+/// The whole number in a member's result. Throws AutomationError: 13 if it is no number, 6 beyond 32 bit.
+qint32 wholeNumberOf(const QString &member, const QVariant &result);
 
 /// Where objects of other programs come from.
 class Automation

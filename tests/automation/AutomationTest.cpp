@@ -128,6 +128,115 @@ TEST_F(AutomationTest, FailuresHaveNumbersAndNameTheMember)
     EXPECT_TRUE(failureOf([&] { object->call(u"hang"_s); }).second.contains(u"nach 2 Sekunden"_s));
 }
 
+TEST_F(AutomationTest, EveryTypeOfValueIsTakenOrRefused)
+{
+    // clang-format off
+    struct Row { const char *kinds; int error; const char *text; };
+    const Row rows[] = {
+        {"b", 0, "true"},
+        {"n", 0, "-32768"},
+        {"q", 0, "65535"},
+        {"i", 0, "-7"},
+        {"u", 0, "4294967295"},
+        {"x", 0, "-9223372036854775808"},
+        {"t", 0, "18446744073709551615"},
+        {"d", 0, "1e+300"},
+        {"s", 0, "Groß"},
+        {"e", 0, ""},
+        {"v", 0, "innen"},
+        {"-", 0, ""},
+        {"si", 0, "Groß"}, // more than described
+        {"N", 6, ""},
+        {"I", 6, ""},
+        {"g", 13, ""},
+        {"h", 13, ""},
+        {"A", 13, ""},
+        {"B", 13, ""},
+        {"C", 13, ""},
+        {"D", 13, ""},
+        {"E", 13, ""},
+        {"S", 13, ""},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.kinds);
+        QVariant value;
+        const auto [number, text]
+            = failureOf([&] { value = object->call(u"any"_s, {QString::fromLatin1(row.kinds)}); });
+        EXPECT_EQ(number, row.error);
+        EXPECT_EQ(text.startsWith(u"any: "_s), row.error != 0) << text.toStdString();
+        EXPECT_EQ(value.toString().toStdString(), row.text);
+    }
+    EXPECT_EQ(object->call(u"any"_s, {u"y"_s}).value<uchar>(), 255);
+    EXPECT_EQ(object->call(u"any"_s, {u"L"_s}).toString(), QString(1'000'000, u'ü'));
+    EXPECT_TRUE(objectOf(object->call(u"any"_s, {u"o"_s})));
+    EXPECT_FALSE(object->call(u"any"_s, {u"-"_s}).isValid());
+}
+
+TEST_F(AutomationTest, ReferencesComeBackAsTheyWentOrNotAtAll)
+{
+    struct Row {
+        const char *kinds;
+        int error;
+    };
+    for (const Row &row : {Row{"ii", 0}, Row{"iii", 0}, Row{"-", 440}, Row{"i", 440}, Row{"is", 13}, Row{"si", 13},
+                           Row{"ix", 13}, Row{"in", 13}, Row{"iA", 13}, Row{"iN", 6}, Row{"ie", 13}}) {
+        SCOPED_TRACE(row.kinds);
+        int first = 1;
+        int second = 2;
+        const auto [number, text] = failureOf([&] {
+            object->call(u"giveBack"_s,
+                         {Argument::byReference(first), QString::fromLatin1(row.kinds), Argument::byReference(second)});
+        });
+        EXPECT_EQ(number, row.error) << text.toStdString();
+        EXPECT_EQ(first, row.error == 0 ? -7 : 1);
+        EXPECT_EQ(second, row.error == 0 ? -7 : 2);
+    }
+}
+
+TEST_F(AutomationTest, ABusyProgramIsAskedAgain)
+{
+    EXPECT_EQ(object->call(u"busy"_s, {u"ACTOLE.Error.Busy"_s, 3}).toInt(), 4) << "refused three times";
+    EXPECT_EQ(object->call(u"busy"_s, {u"org.freedesktop.DBus.Error.LimitsExceeded"_s, 2}).toInt(), 3);
+
+    const auto [number, text] = failureOf([&] { object->call(u"busy"_s, {u"ACTOLE.Error.Busy"_s, 1000}); });
+    EXPECT_EQ(number, 440);
+    EXPECT_EQ(text,
+              u"busy: Das andere Programm ist beschäftigt und hat den Aufruf nach 2 Sekunden noch nicht "
+              "angenommen."_s);
+    EXPECT_TRUE(failureOf([&] {
+                    object->call(u"busy"_s, {u"ACTOLE.Error.Busy"_s, 1000});
+                }).second.contains(u" 1 "_s))
+        << "the second time it gets less time";
+    EXPECT_GE(object->call(u"busy"_s, {u"ACTOLE.Error.Busy"_s, 0}).toInt(), 15)
+        << "one question each tenth of a second";
+}
+
+TEST_F(AutomationTest, ACallWithoutAnAnswerIsNotRepeated)
+{
+    EXPECT_EQ(failureOf([&] { object->call(u"hang"_s); }).first, 440);
+    EXPECT_TRUE(failureOf([&] { object->call(u"hang"_s); }).second.contains(u"nach 1 Sekunden"_s)) << "waits less now";
+    EXPECT_EQ(object->call(u"hung"_s).toInt(), 2);
+    EXPECT_TRUE(failureOf([&] { object->call(u"hang"_s); }).second.contains(u"nach 2 Sekunden"_s)) << "answered again";
+}
+
+TEST(WholeNumber, IsNumericAndFits)
+{
+    // clang-format off
+    struct Row { QVariant value; int error; int number; };
+    const Row rows[] = {
+        {3, 0, 3}, {QVariant::fromValue<short>(-3), 0, -3}, {2.5, 0, 2}, {2147483647LL, 0, 2147483647},
+        {2147483648LL, 6, 0}, {1e300, 6, 0}, {QVariant(), 13, 0}, {u"3"_s, 13, 0},
+        {QVariant::fromValue(AutomationObjectPtr()), 13, 0},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        int number = 0;
+        EXPECT_EQ(failureOf([&] { number = wholeNumberOf(u"GetCount"_s, row.value); }).first, row.error);
+        EXPECT_EQ(number, row.number);
+    }
+}
+
 TEST_F(AutomationTest, ACallHandlesNoUserEvents)
 {
     bool handled = false;

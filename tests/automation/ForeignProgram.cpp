@@ -3,13 +3,19 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
+#include <map>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QDBusSignature>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QPoint>
 
 using namespace Qt::StringLiterals;
 
@@ -28,7 +34,11 @@ constexpr auto kDescription = R"(<interface name="TEST.OBJECT">
  <method name="fail"><arg type="i"/></method>
  <method name="failStrangely"/><method name="wrongArguments"/><method name="promised"/>
  <method name="halfAnswer"><arg type="i"/><arg type="i" direction="out"/></method>
- <method name="hang"/><method name="die"/>
+ <method name="hang"/><method name="hung"><arg type="i" direction="out"/></method><method name="die"/>
+ <method name="any"><arg type="s"/><arg type="v" direction="out"/></method>
+ <method name="giveBack"><arg type="i"/><arg type="s"/><arg type="i"/>
+  <arg type="i" direction="out"/><arg type="i" direction="out"/></method>
+ <method name="busy"><arg type="s"/><arg type="i"/><arg type="i" direction="out"/></method>
  <property name="Views" type="o" access="read"/><property name="Version" type="s" access="read"/>
 </interface>)";
 
@@ -46,13 +56,15 @@ public:
             return false;
         if (message.member() == "die"_L1)
             std::_Exit(0);
-        if (message.member() != "hang"_L1)
+        if (message.member() == "hang"_L1)
+            ++m_hung;
+        else
             connection.send(answer(message));
         return true;
     }
 
 private:
-    static QDBusMessage answer(const QDBusMessage &message)
+    QDBusMessage answer(const QDBusMessage &message)
     {
         const QVariantList in = message.arguments();
         const QString member = message.member() == "Get"_L1 ? in.value(1).toString() : message.member();
@@ -69,6 +81,15 @@ private:
             return message.createReply(QVariant::fromValue(QDBusObjectPath(u"/Views/1"_s)));
         if (member == "list"_L1)
             return message.createReply(QStringList{u"a"_s, u"b"_s});
+        if (member == "hung"_L1)
+            return message.createReply(m_hung);
+        if (member == "any"_L1)
+            return message.createReply(valuesOf(in[0].toString()));
+        if (member == "giveBack"_L1)
+            return message.createReply(valuesOf(in[1].toString()));
+        if (member == "busy"_L1) // refuses the call so many times, then tells how often it was called
+            return m_refused++ < in[1].toInt() ? message.createErrorReply(in[0].toString(), u"später"_s)
+                                               : message.createReply(std::exchange(m_refused, 0));
         if (member == "fail"_L1)
             return message.createErrorReply(u"ACTOLE.Error.N%1"_s.arg(in[0].toInt()), u"Hinweisfenster offen"_s);
         if (member == "failStrangely"_L1)
@@ -98,6 +119,50 @@ private:
             return true;
         }
     }
+
+    // One value for each character that has one; "-" stands for none at all.
+    static QVariantList valuesOf(const QString &kinds)
+    {
+        using Real = std::numeric_limits<double>;
+        QVariant nested = u"innen"_s;
+        for (int depth = 0; depth < 20; ++depth)
+            nested = QVariant::fromValue(QDBusVariant(nested));
+        const std::map<char16_t, QVariant> values{
+            {u'y', QVariant::fromValue<uchar>(255)},
+            {u'b', true},
+            {u'n', QVariant::fromValue<short>(-32768)},
+            {u'q', QVariant::fromValue<ushort>(65535)},
+            {u'i', -7},
+            {u'u', 4294967295U},
+            {u'x', std::numeric_limits<qlonglong>::min()},
+            {u't', std::numeric_limits<qulonglong>::max()},
+            {u'd', 1e300},
+            {u'N', Real::quiet_NaN()},
+            {u'I', -Real::infinity()},
+            {u's', u"Groß"_s},
+            {u'e', QString()},
+            {u'L', QString(1'000'000, u'ü')},
+            {u'o', QVariant::fromValue(QDBusObjectPath(u"/Views"_s))},
+            {u'g', QVariant::fromValue(QDBusSignature(u"a{sv}"_s))},
+            {u'v', nested},
+            {u'h', QVariant::fromValue(QDBusUnixFileDescriptor(1))},
+            {u'A', QStringList{u"a"_s}},
+            {u'B', QByteArray("bytes")},
+            {u'C', QVariantList{1, u"a"_s}},
+            {u'D', QVariantMap{{u"a"_s, 1}}},
+            {u'E', QVariant::fromValue(QList<int>{1, 2})},
+            {u'S', QPoint(1, 2)}, // goes as a structure
+        };
+        QVariantList list;
+        for (const QChar kind : kinds) {
+            if (const auto value = values.find(kind.unicode()); value != values.end())
+                list.append(value->second);
+        }
+        return list;
+    }
+
+    int m_refused = 0;
+    int m_hung = 0;
 };
 
 } // namespace

@@ -1,14 +1,27 @@
 // The connection under the automation objects.
 #include "platform/automation/dbus/Bus.h"
 
+#include <algorithm>
+#include <thread>
+
 #include <QDBusError>
+#include <QDeadlineTimer>
 #include <QUuid>
 
 #include "platform/automation/Automation.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+constexpr auto pauseWhileBusy = 100ms;
+
+bool ranOutOfTime(const QDBusMessage &reply)
+{
+    const QDBusError::ErrorType error = QDBusError(reply).type();
+    return error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
+}
 
 // A connection of our own under a fresh name: the library keeps the shared one for good, even if it never came about.
 QDBusConnection connectTo(const QString &address, const QString &connectionName)
@@ -32,15 +45,41 @@ Bus::~Bus()
 }
 
 QDBusMessage Bus::call(const QString &service, const QString &path, const QString &interface, const QString &method,
-                       const QVariantList &arguments) const
+                       const QVariantList &arguments)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    return m_connection.call(message, QDBus::Block, static_cast<int>(m_timeout.count()));
+
+    const QDeadlineTimer end(patienceWith(service));
+    for (;;) {
+        const QDBusMessage reply = m_connection.call(message, QDBus::Block, static_cast<int>(end.remainingTime()));
+        const bool busy = saysBusy(reply);
+        if (busy && end.remainingTimeAsDuration() > 2 * pauseWhileBusy) { // the next answer needs some time as well
+            std::this_thread::sleep_for(pauseWhileBusy);
+            continue;
+        }
+        if (busy || ranOutOfTime(reply))
+            m_late.insert(service);
+        else
+            m_late.erase(service);
+        return reply;
+    }
 }
 
-std::optional<QString> Bus::ownerOf(const QString &name) const
+bool Bus::saysBusy(const QDBusMessage &reply)
+{
+    return reply.errorName() == "ACTOLE.Error.Busy"_L1 || QDBusError(reply).type() == QDBusError::LimitsExceeded;
+}
+
+std::chrono::milliseconds Bus::patienceWith(const QString &service) const
+{
+    if (!m_late.contains(service))
+        return m_timeout;
+    return std::min<std::chrono::milliseconds>(m_timeout, std::max<std::chrono::milliseconds>(1s, m_timeout / 5));
+}
+
+std::optional<QString> Bus::ownerOf(const QString &name)
 {
     if (!isConnected())
         return std::nullopt;

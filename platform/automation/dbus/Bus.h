@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <optional>
+#include <set>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -22,19 +23,26 @@ public:
     Bus &operator=(const Bus &) = delete;
 
     bool isConnected() const { return m_connection.isConnected(); }
-    std::chrono::milliseconds timeout() const { return m_timeout; }
+    /// How long the next call of this program may take.
+    std::chrono::milliseconds patienceWith(const QString &service) const;
 
     /// The answer, or an error message: also for a bus that is gone and for an answer that does not come in time.
-    /// Never makes the bus start a program.
+    /// Asks a busy program again until the time is up, but never one that left a call unanswered. A program that was
+    /// late the last time gets a fraction of the time. Never makes the bus start a program.
     QDBusMessage call(const QString &service, const QString &path, const QString &interface, const QString &method,
-                      const QVariantList &arguments = {}) const;
+                      const QVariantList &arguments = {});
+
+    /// Whether an error says that the other program has not even begun with the call: ACTOLE.Error.Busy, its own
+    /// answer, or org.freedesktop.DBus.Error.LimitsExceeded, the bus's.
+    static bool saysBusy(const QDBusMessage &reply);
 
     /// The unique name of the program that owns a bus name; nothing if nobody does, or if the bus is gone.
     /// Throws AutomationError when the bus refuses the question.
-    std::optional<QString> ownerOf(const QString &name) const;
+    std::optional<QString> ownerOf(const QString &name);
 
 private:
     std::chrono::milliseconds m_timeout;
+    std::set<QString> m_late; // programs whose last call ran out of time
     QString m_connectionName;
     QDBusConnection m_connection;
 };

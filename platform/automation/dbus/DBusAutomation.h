@@ -8,7 +8,7 @@
 class Bus;
 
 struct DBusSettings {
-    std::chrono::milliseconds timeout = std::chrono::seconds(15); ///< how long one call may take
+    std::chrono::milliseconds timeout = std::chrono::seconds(15); ///< how long one call may take, repeats included
     QString busAddress{}; ///< empty: the user's session bus
 };
 
@@ -16,7 +16,8 @@ struct DBusSettings {
 ///
 /// By-reference arguments are in-arguments whose new values come back first among the out-arguments, in order and with
 /// the same types; a method without such out-arguments leaves the variables as they are. A failure named
-/// ACTOLE.Error.N91 becomes an AutomationError with number 91.
+/// ACTOLE.Error.N91 becomes an AutomationError with number 91. A program that cannot take a call at the moment answers
+/// ACTOLE.Error.Busy, having done nothing, and is asked again.
 class DBusAutomation : public Automation
 {
 public:

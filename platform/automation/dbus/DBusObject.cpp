@@ -1,6 +1,8 @@
 // Calls and property reads of one remote object: values out, values in, and failures with the numbers users know.
 #include "platform/automation/dbus/DBusObject.h"
 
+#include <cmath>
+
 #include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -13,6 +15,16 @@ namespace {
 AutomationError errorOf(const QString &member, int number, const QString &text)
 {
     return {number, u"%1: %2"_s.arg(member, text)};
+}
+
+AutomationError standardErrorOf(const QString &member, int number)
+{
+    return errorOf(member, number, AutomationError::standardText(number));
+}
+
+QString inSeconds(std::chrono::milliseconds time)
+{
+    return QLocale(QLocale::German).toString(static_cast<double>(time.count()) / 1000.0);
 }
 
 bool isSimple(const QVariant &value)
@@ -53,7 +65,7 @@ std::optional<int> numberGivenBy(const QString &errorName)
         return std::nullopt;
     bool isNumber = false;
     const int number = QStringView(errorName).mid(prefix.size() + 1).toInt(&isNumber);
-    return isNumber ? std::optional(number) : std::nullopt;
+    return isNumber && number > 0 ? std::optional(number) : std::nullopt;
 }
 
 } // namespace
@@ -68,8 +80,7 @@ QVariant DBusObject::get(const QString &property)
 {
     const std::optional<QString> interface = description(property).interfaceOfProperty(property);
     if (!interface)
-        throw errorOf(property, AutomationError::UnknownMember,
-                      AutomationError::standardText(AutomationError::UnknownMember));
+        throw standardErrorOf(property, AutomationError::UnknownMember);
     const QVariantList answer = send(property, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {*interface, property});
     return received(property, answer.value(0));
 }
@@ -78,28 +89,44 @@ QVariant DBusObject::call(const QString &method, const Arguments &arguments)
 {
     const MethodDescription *described = description(method).method(method);
     if (!described)
-        throw errorOf(method, AutomationError::UnknownMember,
-                      AutomationError::standardText(AutomationError::UnknownMember));
+        throw standardErrorOf(method, AutomationError::UnknownMember);
 
     QVariantList values;
-    std::vector<int> references;
+    std::vector<int> positions;
+    std::vector<const Argument *> references;
     for (const Argument &argument : arguments) {
-        if (argument.isByReference())
-            references.push_back(static_cast<int>(values.size()));
+        if (argument.isByReference()) {
+            positions.push_back(static_cast<int>(values.size()));
+            references.push_back(&argument);
+        }
         values.append(sendable(method, argument.value()));
     }
 
     const QVariantList answer = send(method, described->interface, method, values);
-    if (!described->givesBack(references))
+    if (!described->givesBack(positions))
         return received(method, answer.value(0));
+    const QVariant result = received(method, answer.value(static_cast<qsizetype>(references.size())));
+    store(method, references, answer);
+    return result;
+}
 
+// All or none: a half-filled set of variables would look like an answer.
+void DBusObject::store(const QString &method, const std::vector<const Argument *> &references,
+                       const QVariantList &answer) const
+{
     if (answer.size() < static_cast<qsizetype>(references.size()))
         throw errorOf(method, AutomationError::AutomationFailure,
                       u"Die Antwort des anderen Programms ist unvollständig."_s);
+    QVariantList values;
+    for (const Argument *reference : references) {
+        values.append(received(method, answer[values.size()]));
+        if (values.last().metaType() != reference->value().metaType())
+            throw errorOf(method, AutomationError::TypeMismatch,
+                          u"Das andere Programm hat einen Wert vom falschen Typ zurückgegeben."_s);
+    }
     qsizetype next = 0;
-    for (const int reference : references)
-        arguments[static_cast<std::size_t>(reference)].store(received(method, answer[next++]));
-    return received(method, answer.value(next));
+    for (const Argument *reference : references)
+        reference->store(values[next++]);
 }
 
 const ObjectDescription &DBusObject::description(const QString &member)
@@ -115,33 +142,38 @@ const ObjectDescription &DBusObject::description(const QString &member)
 }
 
 QVariantList DBusObject::send(const QString &member, const QString &interface, const QString &method,
-                              const QVariantList &arguments) const
+                              const QVariantList &arguments)
 {
+    const std::chrono::milliseconds patience = m_bus->patienceWith(m_owner);
     const QDBusMessage reply = m_bus->call(m_owner, m_path, interface, method, arguments);
     if (reply.type() != QDBusMessage::ReplyMessage)
-        throw failure(member, reply);
+        throw failure(member, reply, patience);
     return reply.arguments();
 }
 
-AutomationError DBusObject::failure(const QString &member, const QDBusMessage &reply) const
+AutomationError DBusObject::failure(const QString &member, const QDBusMessage &reply,
+                                    std::chrono::milliseconds patience)
 {
-    if (const std::optional<int> number = numberGivenBy(reply.errorName()))
-        return errorOf(member, *number, reply.errorMessage());
+    if (const std::optional<int> number = numberGivenBy(reply.errorName())) {
+        const QString text = reply.errorMessage();
+        return errorOf(member, *number, text.isEmpty() ? AutomationError::standardText(*number) : text);
+    }
+    if (Bus::saysBusy(reply))
+        return errorOf(member, AutomationError::AutomationFailure,
+                       u"Das andere Programm ist beschäftigt und hat den Aufruf nach %1 Sekunden noch nicht "
+                       "angenommen."_s.arg(inSeconds(patience)));
 
-    const AutomationError gone
-        = errorOf(member, AutomationError::ServerGone, AutomationError::standardText(AutomationError::ServerGone));
+    const AutomationError gone = standardErrorOf(member, AutomationError::ServerGone);
     if (reply.errorName() == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1)
         return gone;
     switch (QDBusError(reply).type()) {
     case QDBusError::UnknownMethod:
     case QDBusError::UnknownInterface:
     case QDBusError::UnknownProperty:
-        return errorOf(member, AutomationError::UnknownMember,
-                       AutomationError::standardText(AutomationError::UnknownMember));
+        return standardErrorOf(member, AutomationError::UnknownMember);
     case QDBusError::InvalidArgs:
     case QDBusError::InvalidSignature:
-        return errorOf(member, AutomationError::WrongArgumentCount,
-                       AutomationError::standardText(AutomationError::WrongArgumentCount));
+        return standardErrorOf(member, AutomationError::WrongArgumentCount);
     case QDBusError::ServiceUnknown:
     case QDBusError::UnknownObject:
     case QDBusError::Disconnected:
@@ -153,8 +185,7 @@ AutomationError DBusObject::failure(const QString &member, const QDBusMessage &r
         if (!m_bus->ownerOf(m_owner))
             return gone;
         return errorOf(member, AutomationError::AutomationFailure,
-                       u"Das andere Programm hat nach %1 Sekunden noch nicht geantwortet."_s.arg(
-                           QLocale(QLocale::German).toString(static_cast<double>(m_bus->timeout().count()) / 1000.0)));
+                       u"Das andere Programm hat nach %1 Sekunden noch nicht geantwortet."_s.arg(inSeconds(patience)));
     default:
         return errorOf(member, AutomationError::AutomationFailure,
                        u"%1 (%2: %3)"_s.arg(AutomationError::standardText(AutomationError::AutomationFailure),
@@ -173,5 +204,7 @@ QVariant DBusObject::received(const QString &member, const QVariant &value) cons
     if (value.isValid() && !isSimple(value))
         throw errorOf(member, AutomationError::TypeMismatch,
                       u"Das andere Programm hat einen Wert geliefert, der nicht einfach ist."_s);
+    if (value.typeId() == QMetaType::Double && !std::isfinite(value.toDouble()))
+        throw standardErrorOf(member, AutomationError::Overflow);
     return value;
 }

@@ -22,8 +22,10 @@ public:
 private:
     const ObjectDescription &description(const QString &member);
     QVariantList send(const QString &member, const QString &interface, const QString &method,
-                      const QVariantList &arguments) const;
-    AutomationError failure(const QString &member, const QDBusMessage &reply) const;
+                      const QVariantList &arguments);
+    AutomationError failure(const QString &member, const QDBusMessage &reply, std::chrono::milliseconds patience);
+    void store(const QString &method, const std::vector<const Argument *> &references,
+               const QVariantList &answer) const;
     QVariant received(const QString &member, const QVariant &value) const;
 
     std::shared_ptr<Bus> m_bus;
