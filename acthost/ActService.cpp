@@ -1,6 +1,8 @@
 // The members that other programs find on the session bus.
 #include "acthost/ActService.h"
 
+#include <cstdlib>
+
 #include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -22,10 +24,11 @@ QVariant pathValue(const QString &path)
 
 } // namespace
 
-ActService::ActService(ContactBook &book, HostWindow &window)
+ActService::ActService(ContactBook &book, HostWindow &window, const Faults &faults)
     : m_book(book)
     , m_window(window)
     , m_connection(QDBusConnection::sessionBus())
+    , m_faults(faults)
 {
     m_objects.emplace(u"/"_s, application());
     m_objects.emplace(u"/Views"_s, views());
@@ -65,13 +68,30 @@ bool ActService::handleMessage(const QDBusMessage &message, const QDBusConnectio
         return true;
     if (message.interface() == "org.freedesktop.DBus.Introspectable"_L1)
         return false; // the library asks introspect()
+    if (isBusy()) {
+        connection.send(message.createErrorReply(u"ACTOLE.Error.Busy"_s, u"Bitte später noch einmal."_s));
+        return true;
+    }
+    if (++m_calls == m_faults.diesAt)
+        std::_Exit(EXIT_FAILURE); // as in a crash: nothing is tidied up
     const auto object = m_objects.find(message.path());
     const QDBusMessage reply = object == m_objects.end()
         ? message.createErrorReply(QDBusError::UnknownObject, message.path())
         : object->second.answer(message);
-    if (message.isReplyRequired())
+    if (m_calls == m_faults.hangsAt)
+        m_hanging = true;
+    else if (message.isReplyRequired())
         connection.send(reply);
     return true;
+}
+
+bool ActService::isBusy()
+{
+    if (m_calls + 1 != m_faults.busyAt)
+        return false;
+    if (!m_busy.isValid())
+        m_busy.start();
+    return m_faults.busySeconds == 0 || m_busy.elapsed() < 1000LL * m_faults.busySeconds;
 }
 
 BusObject ActService::application()

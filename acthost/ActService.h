@@ -6,12 +6,14 @@
 
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
+#include <QElapsedTimer>
 #include <QString>
 
 #include "acthost/BusObject.h"
 #include "acthost/ContactBook.h"
 #include "acthost/HostWindow.h"
 #include "acthost/Lookup.h"
+#include "acthost/Options.h"
 
 namespace acthost {
 
@@ -20,7 +22,7 @@ namespace acthost {
 class ActService : public QDBusVirtualObject
 {
 public:
-    ActService(ContactBook &book, HostWindow &window);
+    ActService(ContactBook &book, HostWindow &window, const Faults &faults);
 
     /// Takes the bus name; others then find the objects. Returns why not, in German; empty if all is well.
     QString offer(const QString &busName);
@@ -33,6 +35,7 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 private:
+    bool isBusy();
     BusObject application();
     std::vector<BusMethod> windowMethods();
     BusObject views();
@@ -45,6 +48,9 @@ private:
     std::vector<std::unique_ptr<Lookup>> m_lookups; // one for each contact window
     std::map<QString, BusObject> m_objects; // by path
     bool m_hanging = false;
+    Faults m_faults;
+    int m_calls = 0; // taken so far
+    QElapsedTimer m_busy; // since the call that the faults name was refused first
 };
 
 } // namespace acthost

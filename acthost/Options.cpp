@@ -15,6 +15,15 @@ namespace {
 
 constexpr int kInvalidCall = 5;
 
+int countFrom(const QString &option, const QString &text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 1)
+        throw RunTimeError(kInvalidCall, u"Nach %1 muss eine Zahl ab 1 stehen, nicht „%2“."_s.arg(option, text));
+    return number;
+}
+
 } // namespace
 
 Options Options::parse(const QStringList &arguments)
@@ -30,14 +39,23 @@ Options Options::parse(const QStringList &arguments)
         {u"--kontakt"_s, &options.uniqueId},
         {u"--name"_s, &options.busName},
     };
+    const std::map<QString, int *> counts{
+        {u"--stirbt-bei"_s, &options.faults.diesAt},
+        {u"--haengt-bei"_s, &options.faults.hangsAt},
+        {u"--beschaeftigt-bei"_s, &options.faults.busyAt},
+        {u"--beschaeftigt"_s, &options.faults.busySeconds},
+    };
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments[i];
         if (const auto found = switches.find(argument); found != switches.end()) {
             *found->second = true;
-        } else if (const auto named = values.find(argument); named != values.end()) {
+        } else if (values.contains(argument) || counts.contains(argument)) {
             if (++i == arguments.size())
                 throw RunTimeError(kInvalidCall, u"Nach %1 fehlt der Wert."_s.arg(argument));
-            *named->second = arguments[i];
+            if (const auto named = values.find(argument); named != values.end())
+                *named->second = arguments[i];
+            else
+                *counts.at(argument) = countFrom(argument, arguments[i]);
         } else if (argument.startsWith(u'-')) {
             throw RunTimeError(kInvalidCall, u"Die Option %1 gibt es nicht."_s.arg(argument));
         } else if (options.database.isEmpty()) {
@@ -63,14 +81,18 @@ QString Options::helpText()
 Zeigt die Kontakte einer Kontaktdatenbank und bietet sie anderen Programmen
 über die Automatisierung am Sitzungsbus an.
 
-  --felder DATEI       Feldliste: je Zeile Nummer|SPALTE|Bezeichnung
-                       (sonst die Datei DATENBANK.felder neben der Datenbank)
-  --kontakt KENNUNG    mit diesem Kontakt beginnen (sonst mit dem ersten)
-  --name NAME          Name am Sitzungsbus (sonst ACTOLE.APPOBJECT)
-  --ohne-automation    beginnen, bevor die Automatisierung bereit ist
-  --hinweis            mit offenem Hinweisfenster beginnen
-  --haengend           Anrufe anderer Programme nicht beantworten
-  --help               diese Hilfe
+  --felder DATEI         Feldliste: je Zeile Nummer|SPALTE|Bezeichnung
+                         (sonst die Datei DATENBANK.felder neben der Datenbank)
+  --kontakt KENNUNG      mit diesem Kontakt beginnen (sonst mit dem ersten)
+  --name NAME            Name am Sitzungsbus (sonst ACTOLE.APPOBJECT)
+  --ohne-automation      beginnen, bevor die Automatisierung bereit ist
+  --hinweis              mit offenem Hinweisfenster beginnen
+  --haengend             Anrufe anderer Programme nicht beantworten
+  --stirbt-bei N         beim N-ten Anruf enden, ohne ihn auszuführen
+  --haengt-bei N         den N-ten Anruf ausführen, ab da aber nicht mehr antworten
+  --beschaeftigt-bei N   statt des N-ten Anrufs melden, dass ACT! beschäftigt ist
+  --beschaeftigt S       und zwar S Sekunden lang (sonst für immer)
+  --help                 diese Hilfe
 )"_s;
 }
 

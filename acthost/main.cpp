@@ -50,7 +50,7 @@ int run(const Options &options)
     dbf::DbfDriver driver;
     ContactBook book(driver, options.database, FieldList::read(options.fieldList));
     MainWindow window(book);
-    ActService service(book, window);
+    ActService service(book, window, options.faults);
 
     if (!options.uniqueId.isEmpty()) {
         const std::optional<storage::RowId> row = book.find(options.uniqueId);

@@ -126,6 +126,32 @@ TEST_F(ActHostTest, AHangingProgramRunsIntoTheTimeLimit)
     EXPECT_EQ(failureOf(act, u"getopendbname"_s), 440);
 }
 
+TEST_F(ActHostTest, MisbehavesAtTheCallThatTheOptionsName)
+{
+    // clang-format off
+    struct Row { const char *name; QStringList options; int third; int fourth; const char *written; };
+    const Row rows[] = {
+        {"dies before the call",       {u"--stirbt-bei"_s, u"3"_s},       462, 462, ""},
+        {"carries it out, then hangs", {u"--haengt-bei"_s, u"3"_s},       440, 440, "H"},
+        {"is busy for good",           {u"--beschaeftigt-bei"_s, u"3"_s}, 440, 440, ""},
+        {"is busy for a while",        {u"--beschaeftigt-bei"_s, u"3"_s, u"--beschaeftigt"_s, u"1"_s}, 0, 0, "H"},
+    };
+    // clang-format on
+    automation = std::make_unique<DBusAutomation>(DBusSettings{.timeout = 2s, .busAddress = bus.address()});
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        start(row.options + QStringList{u"--kontakt"_s, u"id-1"_s});
+        const AutomationObjectPtr contacts = view(); // the first two calls
+        EXPECT_EQ(failureOf(contacts, u"SetField"_s, {short(62), u"H"_s}), row.third);
+        EXPECT_EQ(failureOf(contacts, u"GetCount"_s), row.fourth);
+        PrivateBus::end(host);
+        start({u"--kontakt"_s, u"id-1"_s});
+        EXPECT_EQ(view()->call(u"getfield"_s, {short(62)}).toString().toStdString(), row.written);
+        EXPECT_EQ(failureOf(view(), u"SetField"_s, {short(62), u""_s}), 0);
+        PrivateBus::end(host);
+    }
+}
+
 TEST_F(ActHostTest, AFaultyCallEndsWithAMessage)
 {
     QProcess process;

@@ -101,8 +101,13 @@ TEST(OptionsTest, TheCommandLineIsChecked)
     EXPECT_EQ(options.fieldList, u"/db/A.B.felder"_s);
     EXPECT_EQ(options.uniqueId, u"-x"_s);
     EXPECT_TRUE(options.noticeOpen);
-    for (const QStringList &arguments :
-         {QStringList{}, {u"a"_s, u"b"_s}, {u"a"_s, u"--neu"_s}, {u"a"_s, u"--felder"_s}})
+    for (const QStringList &arguments : {QStringList{},
+                                         {u"a"_s, u"b"_s},
+                                         {u"a"_s, u"--neu"_s},
+                                         {u"a"_s, u"--felder"_s},
+                                         {u"a"_s, u"--stirbt-bei"_s},
+                                         {u"a"_s, u"--stirbt-bei"_s, u"0"_s},
+                                         {u"a"_s, u"--beschaeftigt"_s, u"lang"_s}})
         EXPECT_EQ(failureOf([&] { Options::parse(arguments); }).first, 5) << arguments.join(u' ').toStdString();
 }
 
