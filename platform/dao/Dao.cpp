@@ -68,6 +68,8 @@ QString textOf(const QVariant &value)
         return currencyText(value.value<storage::Currency>().tenThousandths);
     if (value.canConvert<storage::Decimal>())
         return value.value<storage::Decimal>().text.replace(u"."_s, QLocale().decimalPoint());
+    if (!value.canConvert<QString>()) // an object, say: "" would look like a value
+        throw RunTimeError(RunTimeError::TypeMismatch);
     return value.toString();
 }
 

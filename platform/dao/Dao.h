@@ -129,7 +129,7 @@ public:
 };
 
 /// The text form of a value, as it is when an office program turns a Variant into a string (numbers and dates by the
-/// user's locale, yes/no as "Wahr"/"Falsch"); Null gives "".
+/// user's locale, yes/no as "Wahr"/"Falsch"); Null gives "". Throws RunTimeError 13 for what is no value: an object.
 QString textOf(const QVariant &value);
 
 } // namespace dao

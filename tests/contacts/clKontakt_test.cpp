@@ -229,4 +229,7 @@ TEST_F(Kontakt, ReadsTheContactOnActsScreen)
     EXPECT_EQ(gelesen.mid(0, 6).join(u' '),
               u"getfield(1) getfield(61) getfield(60) getfield(62) getfield(2) getfield(26)"_s);
     EXPECT_EQ(gelesen.size(), 4 + 12);
+
+    m_act.contacts[0][60] = QVariant::fromValue(m_act.contactWindow());
+    EXPECT_THROW(m_kontakt.lese_OLE_Werte(*m_act.contactWindow()), RunTimeError) << "no object is an account number";
 }
