@@ -12,7 +12,6 @@ class Database final : public storage::Database
 public:
     Database(const QString &folder, bool readOnly);
 
-    bool readOnly() const override { return m_state.readOnly; }
     void requireWritable() const override;
     QStringList tableNames() const override;
     storage::Table *table(const QString &name) override;

@@ -41,7 +41,6 @@ public:
     explicit JetDatabase(std::unique_ptr<PageFile> file);
     ~JetDatabase() override;
 
-    bool readOnly() const override { return m_file->readOnly(); }
     void requireWritable() const override { m_file->requireWritable(); }
     QStringList tableNames() const override;
     storage::Table *table(const QString &name) override;

@@ -155,7 +155,6 @@ class Database
 public:
     virtual ~Database() = default;
 
-    virtual bool readOnly() const = 0;
     /// Throws why nothing can be written, if so: ReadOnly, FolderReadOnly.
     virtual void requireWritable() const = 0;
     /// The names of the users' tables; no system tables.

@@ -99,7 +99,6 @@ public:
         , m_inner(std::move(inner))
     { }
 
-    bool readOnly() const override { return m_inner->readOnly(); }
     void requireWritable() const override { m_inner->requireWritable(); }
     QStringList tableNames() const override { return m_inner->tableNames(); }
     storage::Table *table(const QString &name) override

@@ -119,8 +119,7 @@ void EmbeddedRecordset::requireRecord() const
 void EmbeddedRecordset::Edit()
 {
     requireRecord();
-    if (!rows().editable())
-        throw daoError(DaoError::ReadOnly);
+    rows().requireEditable();
     m_edited.clear();
     m_editing = true;
 }

@@ -38,7 +38,10 @@ public:
     {
         return translated(Doing::Work, [&] { return m_rows->count(); });
     }
-    bool editable() const override { return !m_connection->database().readOnly(); }
+    void requireEditable() const override
+    {
+        translated(Doing::Work, [&] { m_connection->database().requireWritable(); });
+    }
 
     QVariant value(qsizetype row, std::size_t column) const override
     {
@@ -85,12 +88,12 @@ public:
 
     bool has(qsizetype row) const override { return row == Keyset::last ? !m_rows.empty() : row < count(); }
     qsizetype count() const override { return static_cast<qsizetype>(m_rows.size()); }
-    bool editable() const override { return false; }
+    void requireEditable() const override { throw daoError(DaoError::ReadOnly); }
     QVariant value(qsizetype row, std::size_t column) const override
     {
         return (row == Keyset::last ? m_rows.back() : m_rows[static_cast<std::size_t>(row)])[column];
     }
-    void update(qsizetype, std::span<const storage::Assignment>) override { throw daoError(DaoError::ReadOnly); }
+    void update(qsizetype, std::span<const storage::Assignment>) override { requireEditable(); }
 
 private:
     std::vector<Row> m_rows;

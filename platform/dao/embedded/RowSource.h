@@ -26,7 +26,8 @@ public:
 
     virtual bool has(qsizetype row) const = 0; ///< `last` if there is any
     virtual qsizetype count() const = 0; ///< may have to find them all first
-    virtual bool editable() const = 0;
+    /// Throws why its rows cannot be written, if so.
+    virtual void requireEditable() const = 0;
     virtual QVariant value(qsizetype row, std::size_t column) const = 0;
     /// Writes one row of an editable result; `values` name columns of the stored table.
     virtual void update(qsizetype row, std::span<const storage::Assignment> values) = 0;
