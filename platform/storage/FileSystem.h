@@ -80,6 +80,8 @@ FileSystem &systemFiles();
 
 /// What the operating system's error means for `what` ("Schreiben") on a file.
 class StorageError fileError(int systemError, const QString &path, const QString &what);
+/// The same for making, removing and renaming, which the folder may not allow.
+StorageError nameError(int systemError, const QString &path, const QString &what);
 
 /// The bytes of an array; valid as long as the array.
 Bytes bytesOf(const QByteArray &array);

@@ -165,16 +165,6 @@ int openFlags(Access access)
     return (access == Access::ReadWrite ? O_RDWR : O_RDONLY) | O_CLOEXEC;
 }
 
-/// Making and removing names needs the folder: not to be allowed there is the folder's fault.
-StorageError nameError(int systemError, const QString &path, const QString &what)
-{
-    if (systemError == EACCES || systemError == EPERM || systemError == EROFS) {
-        return {StorageError::FolderReadOnly,
-                u"%1: %2 nicht möglich, der Ordner ist schreibgeschützt"_s.arg(path, what)};
-    }
-    return fileError(systemError, path, what);
-}
-
 class PosixFileSystem final : public FileSystem
 {
 public:
@@ -248,6 +238,15 @@ FileSystem &systemFiles()
 {
     static PosixFileSystem files;
     return files;
+}
+
+StorageError nameError(int systemError, const QString &path, const QString &what)
+{
+    if (systemError == EACCES || systemError == EPERM || systemError == EROFS) {
+        return {StorageError::FolderReadOnly,
+                u"%1: %2 nicht möglich, der Ordner ist schreibgeschützt"_s.arg(path, what)};
+    }
+    return fileError(systemError, path, what);
 }
 
 StorageError fileError(int systemError, const QString &path, const QString &what)
