@@ -178,7 +178,7 @@ qint64 MemoFile::firstFreeBlock(qint64 size) const
     if (next > free)
         damaged(next, u"Der nächste freie Block soll hinter dem Ende der Datei liegen"_s);
     if (free * blockSize() + size > greatestSize)
-        throw StorageError(StorageError::Unsupported, u"%1 ist voll"_s.arg(m_file.path()));
+        throw StorageError(StorageError::FileFull, u"%1 ist voll"_s.arg(m_file.path()));
     return free;
 }
 

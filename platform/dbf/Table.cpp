@@ -217,7 +217,7 @@ RowId Table::insert(std::span<const Assignment> values)
     step.transaction().lock(m_file, lockBase, u"Die Tabelle"_s);
     const RowId id = recordCount() + 1;
     if (m_layout.positionOf(id + 1) >= greatestSize)
-        throw StorageError(StorageError::Unsupported, u"%1 ist voll"_s.arg(m_file.path()));
+        throw StorageError(StorageError::FileFull, u"%1 ist voll"_s.arg(m_file.path()));
     put(step.transaction(), content, record);
     step.transaction().write(m_file, m_layout.positionOf(id), bytesOf(record + endOfFile));
     step.transaction().write(m_file, recordCountPosition, bytesOf(recordCountBytes(id)));

@@ -36,17 +36,19 @@ constexpr double endOfDates = 2958466.0;
 
 [[noreturn]] void outOfRange(const ColumnDef &column)
 {
-    throw StorageError(StorageError::OutOfRange, u"%1: Der Wert ist zu groß für die Spalte."_s.arg(column.name),
+    throw StorageError(StorageError::OutOfRange,
+                       u"%1: Der Wert liegt außerhalb dessen, was die Spalte aufnimmt."_s.arg(column.name),
                        column.name);
 }
 
-void requireLength(const ColumnDef &column, qsizetype length, qsizetype most)
+void requireLength(const ColumnDef &column, qsizetype length, qsizetype most, const QString &unit)
 {
     if (length <= most)
         return;
-    throw StorageError(StorageError::TooLong,
-                       u"%1: %2 Zeichen sind zu lang, die Spalte nimmt %3."_s.arg(column.name).arg(length).arg(most),
-                       column.name);
+    throw StorageError(
+        StorageError::TooLong,
+        u"%1: %2 %3 sind zu lang, die Spalte nimmt %4."_s.arg(column.name).arg(length).arg(unit).arg(most),
+        column.name);
 }
 
 /// A number's plain decimal text; nothing for what is no number.
@@ -145,8 +147,16 @@ Value fitBinary(const ColumnDef &column, const Value &value)
     const auto *bytes = std::get_if<QByteArray>(&value);
     if (!bytes)
         wrongType(column);
-    if (column.type != ColumnType::LongBinary)
-        requireLength(column, bytes->size(), column.length);
+    const qsizetype most = column.type == ColumnType::LongBinary ? longestLongValue : column.length;
+    requireLength(column, bytes->size(), most, u"Bytes"_s);
+    return value;
+}
+
+/// `most` in bytes.
+Value fitText(const ColumnDef &column, const Value &value, const TextCodec &codec, qsizetype most)
+{
+    const qsizetype characterSize = codec.isJet4() ? 2 : 1;
+    requireLength(column, textOf(column, value).size(), most / characterSize, u"Zeichen"_s);
     return value;
 }
 
@@ -176,10 +186,9 @@ Value fitValue(const ColumnDef &column, const Value &value, const TextCodec &cod
     case ColumnType::DateTime:
         return fitDate(column, value);
     case ColumnType::Text:
-        requireLength(column, textOf(column, value).size(), column.length / (codec.isJet4() ? 2 : 1));
-        return value;
+        return fitText(column, value, codec, column.length);
     case ColumnType::Memo:
-        return textOf(column, value);
+        return fitText(column, value, codec, longestLongValue);
     case ColumnType::Guid:
         return fitGuid(column, value);
     case ColumnType::Numeric:

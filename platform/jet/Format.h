@@ -39,6 +39,7 @@ inline constexpr std::size_t maxColumns = 255;
 inline constexpr std::size_t maxIndexes = 32;
 inline constexpr std::size_t maxIndexColumns = 10;
 inline constexpr std::size_t maxTextLength = 255; // characters
+inline constexpr std::uint32_t longestLongValue = 0x3FFFFFFF; // bytes; what its length field can say
 inline constexpr std::uint16_t generalLcid = 0x0409;
 
 inline constexpr Format jet3Format{

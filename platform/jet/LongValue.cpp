@@ -28,7 +28,7 @@ namespace {
 
 constexpr std::size_t headerSize = 12;
 constexpr std::size_t pointerSize = 4;
-constexpr std::uint32_t lengthMask = 0x3FFFFFFF;
+constexpr std::uint32_t lengthMask = longestLongValue; // all bits but the flags
 constexpr std::uint32_t inRowFlag = 0x80000000;
 constexpr std::uint32_t singleFlag = 0x40000000;
 
@@ -193,8 +193,7 @@ QByteArray readLongValue(PageStore &store, Bytes field)
 QByteArray writeLongValue(PageStore &store, const ColumnDef &column, Bytes content, bool inRow)
 {
     const Format &format = formatOf(store);
-    if (content.size() > lengthMask)
-        throw storage::StorageError(storage::StorageError::TooLong, u"%1 ist zu lang."_s.arg(column.name), column.name);
+    Q_ASSERT(content.size() <= longestLongValue); // fitValue sees to it
     const auto length = static_cast<std::uint32_t>(content.size());
     if (content.empty() || (inRow && content.size() <= format.inlineLongLimit))
         return makeField(length | inRowFlag, {}) + toByteArray(content);

@@ -159,14 +159,29 @@ std::vector<std::byte> TableWriter::fittingRow(RowBuilder &builder)
         const qsizetype before = longest ? builder.field(*longest)->size() : 0;
         if (longest)
             moveOutOfRow(builder, *longest);
-        if (!longest || builder.field(*longest)->size() == before) {
-            throw StorageError(
-                StorageError::TooLong,
-                u"Der Datensatz ist mit %1 Bytes zu lang; %2 sind möglich."_s.arg(row.size()).arg(limit));
-        }
+        if (!longest || builder.field(*longest)->size() == before)
+            refuseRow(builder, row.size());
         row = builder.build();
     }
     return row;
+}
+
+void TableWriter::refuseRow(const RowBuilder &builder, std::size_t size) const
+{
+    const auto sizeOf = [&](const ColumnDef &column) {
+        const auto &field = builder.field(column);
+        return field ? field->size() : 0;
+    };
+    const ColumnDef &widest = *std::ranges::max_element(m_def.columns, {}, sizeOf);
+    const Format &format = formatOf(m_file);
+    throw StorageError(
+        StorageError::RowTooLong,
+        u"Er hätte %1 Bytes; auf einer Seite von %2 Bytes sind %3 möglich. Am meisten braucht die Spalte %4."_s
+            .arg(size)
+            .arg(format.pageSize)
+            .arg(format.rowLimit)
+            .arg(widest.name),
+        widest.name);
 }
 
 void TableWriter::moveOutOfRow(RowBuilder &builder, const ColumnDef &column)
@@ -260,11 +275,15 @@ void TableWriter::requireIndexable(std::size_t index, const std::optional<RowKey
 {
     if (key && key->hasNull && m_def.indexes[index].isRequired()) {
         throw StorageError(StorageError::Required, u"Der Index %1 lässt kein leeres Feld zu."_s.arg(indexName(index)),
-                           indexName(index));
+                           indexedColumns(index));
     }
-    if (key && indexEntry(key->key, {}).size() > IndexNode::entryLimit(m_file)) {
-        throw StorageError(StorageError::TooLong, u"Der Wert ist zu lang für den Index %1."_s.arg(indexName(index)),
-                           indexName(index));
+    const std::size_t size = key ? indexEntry(key->key, {}).size() : 0;
+    if (const std::size_t limit = IndexNode::entryLimit(m_file); size > limit) {
+        throw StorageError(StorageError::TooLong,
+                           u"Der Index %1 hätte einen Eintrag von %2 Bytes; möglich sind %3."_s.arg(indexName(index))
+                               .arg(size)
+                               .arg(limit),
+                           indexedColumns(index));
     }
 }
 
@@ -272,6 +291,14 @@ void TableWriter::refuseDuplicate(std::size_t index) const
 {
     throw StorageError(StorageError::Duplicate,
                        u"Im eindeutigen Index %1 gibt es diesen Wert schon."_s.arg(indexName(index)), indexName(index));
+}
+
+QString TableWriter::indexedColumns(std::size_t index) const
+{
+    QStringList names;
+    for (const IndexColumnDef &part : m_def.indexes[index].columns)
+        names += m_def.column(part.column)->name;
+    return names.join(u", "_s);
 }
 
 QString TableWriter::indexName(std::size_t index) const

@@ -22,8 +22,9 @@ struct ColumnValue {
 /// Changes the rows of a table with all that hangs on them: long values, every index, counters. What users may write
 /// (defaults, rules, relationships) is not looked at here. Only within a write scope, which undoes a failed change.
 ///
-/// Errors  StorageError: Unsupported before anything is changed if a column or index cannot be kept; Duplicate,
-///         Required (of an index), TooLong, NotEncodable, each naming index or column; Damaged.
+/// Errors  StorageError: Unsupported before anything is changed if a column or index cannot be kept;
+///         Required and TooLong (of an index), RowTooLong, NotEncodable, each naming the column; Duplicate, naming the
+///         index; Damaged.
 class TableWriter
 {
 public:
@@ -50,12 +51,14 @@ private:
     void requireKeepable() const;
     void setValue(RowBuilder &builder, const ColumnValue &value);
     std::vector<std::byte> fittingRow(RowBuilder &builder);
+    [[noreturn]] void refuseRow(const RowBuilder &builder, std::size_t size) const;
     void moveOutOfRow(RowBuilder &builder, const ColumnDef &column);
     void freeLong(const ColumnDef &column, const RowView &row);
     void insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
     void removeKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
     void requireIndexable(std::size_t index, const std::optional<RowKey> &key) const;
     [[noreturn]] void refuseDuplicate(std::size_t index) const;
+    QString indexedColumns(std::size_t index) const;
     QString indexName(std::size_t index) const;
 
     PageFile &m_file;

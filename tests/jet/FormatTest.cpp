@@ -197,6 +197,8 @@ TEST(Values, AreBroughtIntoTheColumnsForm)
         {ColumnType::Boolean, std::int64_t{2}, true},
         {ColumnType::Guid, u"kein Guid"_s, std::nullopt, Kind::WrongType},
         {ColumnType::Text, u"elf Zeichen"_s, std::nullopt, Kind::TooLong},
+        {ColumnType::Memo, QString(0x20000000, Qt::Uninitialized), std::nullopt, Kind::TooLong},
+        {ColumnType::LongBinary, QByteArray(0x40000000, Qt::Uninitialized), std::nullopt, Kind::TooLong},
         {ColumnType::Numeric, std::int64_t{-12}, storage::Decimal{u"-12.00"_s}},
         {ColumnType::Numeric, 12345.0, std::nullopt, Kind::OutOfRange},
     };

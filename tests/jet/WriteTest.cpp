@@ -192,19 +192,6 @@ TEST_P(WriteTest, GrowsBeyondTheReachOfInlineMaps)
     EXPECT_EQ(count(*accounts().scan()), 0U);
 }
 
-TEST_P(WriteTest, RefusesRowsThatNoPageHolds)
-{
-    storage::TableSchema schema{u"Breit"_s, {}};
-    for (int i = 0; i < 20; ++i)
-        schema.columns.push_back(column(u"T%1"_s.arg(i), Type::Text, 255));
-    database().createTable(schema);
-    std::vector<Assignment> values;
-    for (int c = 0; c < 20; ++c)
-        values.push_back({c, QString(255, u'\u20AC')});
-    EXPECT_EQ(errorOf([&] { table(u"Breit"_s).insert(values); }).kind(), Kind::TooLong);
-    EXPECT_EQ(table(u"Breit"_s).rowEstimate(), 0);
-}
-
 TEST_P(WriteTest, FindsRowsThroughIndexes)
 {
     for (int i = 0; i < 300; ++i) {

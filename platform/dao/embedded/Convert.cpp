@@ -42,9 +42,18 @@ QString shown(const Value &value)
                       value);
 }
 
-[[noreturn]] void refuse(StorageError::Kind kind, const Value &value, const Column &column)
+/// `limit` says what the column would take.
+[[noreturn]] void refuse(StorageError::Kind kind, const Value &value, const Column &column, const QString &limit = {})
 {
-    throw StorageError(kind, u"Wert: '%1'"_s.arg(shown(value).left(80)), column.name);
+    const QString text = u"Wert: '"_s + shown(value).left(80) + u'\'';
+    throw StorageError(kind, limit.isEmpty() ? text : u"%1 (%2)"_s.arg(text, limit), column.name);
+}
+
+void requireLength(qsizetype length, const QString &unit, const Value &value, const Column &column)
+{
+    if (length > column.size)
+        refuse(StorageError::TooLong, value, column,
+               u"%1 %2, möglich sind %3"_s.arg(length).arg(unit).arg(column.size));
 }
 
 QString currencyDecimal(storage::Currency amount)
@@ -78,9 +87,10 @@ std::optional<QString> decimalOf(const Value &value)
 QString decimalFor(const Value &value, const Column &column)
 {
     const auto decimal = decimalOf(value);
-    if (!decimal)
-        refuse(StorageError::WrongType, value, column);
-    return *decimal;
+    if (decimal)
+        return *decimal;
+    const auto *number = std::get_if<double>(&value);
+    refuse(number && std::isinf(*number) ? StorageError::OutOfRange : StorageError::WrongType, value, column);
 }
 
 Value wholeNumber(const Value &value, const Column &column, std::int64_t least, std::int64_t greatest)
@@ -88,7 +98,7 @@ Value wholeNumber(const Value &value, const Column &column, std::int64_t least, 
     bool fits = false;
     const qlonglong number = roundedDecimal(decimalFor(value, column), 0).toLongLong(&fits);
     if (!fits || number < least || number > greatest)
-        refuse(StorageError::OutOfRange, value, column);
+        refuse(StorageError::OutOfRange, value, column, u"möglich ist %1 bis %2"_s.arg(least).arg(greatest));
     return std::int64_t{number};
 }
 
@@ -96,8 +106,10 @@ Value currency(const Value &value, const Column &column)
 {
     bool fits = false;
     const qlonglong scaled = roundedDecimal(decimalFor(value, column), 4).remove(u'.').toLongLong(&fits);
-    if (!fits)
-        refuse(StorageError::OutOfRange, value, column);
+    if (!fits) {
+        refuse(StorageError::OutOfRange, value, column,
+               u"möglich ist -922337203685477,5808 bis 922337203685477,5807"_s);
+    }
     return storage::Currency{scaled};
 }
 
@@ -107,16 +119,19 @@ Value real(const Value &value, const Column &column, double greatest)
         return *number;
     const double number = decimalFor(value, column).toDouble();
     if (!(std::abs(number) <= greatest))
-        refuse(StorageError::OutOfRange, value, column);
+        refuse(StorageError::OutOfRange, value, column, u"möglich ist ±%1"_s.arg(textOf(greatest)));
     return number;
 }
 
 Value numeric(const Value &value, const Column &column)
 {
     const QString text = roundedDecimal(decimalFor(value, column), column.scale);
-    const auto digits = text.size() - text.count(u'-') - text.count(u'.') - (text.contains(u"0."_s) ? 1 : 0);
-    if (digits > column.size)
-        refuse(StorageError::OutOfRange, value, column);
+    const bool beginsWithZero = text.startsWith(u"0.") || text.startsWith(u"-0.");
+    const auto digits = text.size() - text.count(u'-') - text.count(u'.') - (beginsWithZero ? 1 : 0);
+    if (digits > column.size) {
+        refuse(StorageError::OutOfRange, value, column,
+               u"möglich sind %1 Stellen, davon %2 hinter dem Komma"_s.arg(column.size).arg(column.scale));
+    }
     return storage::Decimal{text};
 }
 
@@ -142,7 +157,7 @@ Value dateTime(const Value &value, const Column &column)
     }
     const double days = decimalFor(value, column).toDouble();
     if (!(days > earliest - 1 && days < afterLast))
-        refuse(StorageError::OutOfRange, value, column);
+        refuse(StorageError::OutOfRange, value, column, u"möglich ist 01.01.100 bis 31.12.9999"_s);
     return storage::DateTime{days};
 }
 
@@ -151,8 +166,8 @@ Value text(const Value &value, const Column &column)
     if (std::holds_alternative<QByteArray>(value))
         refuse(StorageError::WrongType, value, column);
     QString result = shown(value);
-    if (column.type == Type::Text && result.size() > column.size)
-        refuse(StorageError::TooLong, value, column);
+    if (column.type == Type::Text)
+        requireLength(result.size(), u"Zeichen"_s, value, column);
     return result;
 }
 
@@ -161,8 +176,8 @@ Value bytes(const Value &value, const Column &column)
     const auto *content = std::get_if<QByteArray>(&value);
     if (content == nullptr)
         refuse(StorageError::WrongType, value, column);
-    if (column.type == Type::Binary && content->size() > column.size)
-        refuse(StorageError::TooLong, value, column);
+    if (column.type == Type::Binary)
+        requireLength(content->size(), u"Bytes"_s, value, column);
     return *content;
 }
 
