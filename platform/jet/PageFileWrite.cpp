@@ -108,7 +108,7 @@ bool PageFile::trySettle()
 
 void PageFile::recover(storage::File &file)
 {
-    m_journal.recover([&file](const QString &) { return &file; });
+    m_journal.recover([&file](const storage::FileChanges &) { return &file; });
 }
 
 /// Page 0 comes last, with a counter that tells other programs that the file has changed.

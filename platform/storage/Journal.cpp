@@ -19,15 +19,28 @@ bool isAppended(const FileChanges &file, const Change &change)
     return change.position + change.after.size() > file.oldSize;
 }
 
+/// Whether the length is none of the change's business.
+bool leavesLength(const FileChanges &file)
+{
+    return file.shared && file.newSize == file.oldSize;
+}
+
 /// The stretch as it stands in the file now, as far as it lies before the old end.
 QByteArray standing(const File &file, const Change &change)
 {
     return file.read(change.position, change.before.size());
 }
 
-QByteArray marked(const FileChanges &file, const Change &change)
+/// The same with what stands behind the old end.
+QByteArray standingWhole(const File &file, const Change &change)
 {
-    QByteArray bytes = change.before;
+    const qint64 there = file.size() - change.position;
+    return file.read(change.position, std::clamp<qint64>(there, change.before.size(), change.after.size()));
+}
+
+QByteArray marked(const FileChanges &file, const QByteArray &before, const Change &change)
+{
+    QByteArray bytes = before;
     if (!file.mark)
         return bytes;
     const qint64 at = file.mark->position - change.position;
@@ -36,16 +49,17 @@ QByteArray marked(const FileChanges &file, const Change &change)
     return bytes;
 }
 
-/// Whether each sector of the stretch is as before, as after, or marked.
+/// Whether each sector of the stretch is as before (zeros behind the old end), as after, or marked.
 bool isOldOrNew(const QByteArray &now, const FileChanges &file, const Change &change)
 {
-    const QByteArray withMark = marked(file, change);
+    const QByteArray before = change.before.leftJustified(now.size(), '\0');
+    const QByteArray withMark = marked(file, before, change);
     for (qint64 at = 0; at < now.size();) {
         const qint64 size = std::min(sector - (change.position + at) % sector, now.size() - at);
         const auto is = [&](const QByteArray &other) {
             return QByteArrayView(now).sliced(at, size) == QByteArrayView(other).sliced(at, size);
         };
-        if (!is(change.before) && !is(change.after) && !is(withMark))
+        if (!is(before) && !is(change.after) && !is(withMark))
             return false;
         at += size;
     }
@@ -55,15 +69,17 @@ bool isOldOrNew(const QByteArray &now, const FileChanges &file, const Change &ch
 bool belongs(const File &file, const FileChanges &changes)
 {
     const qint64 size = file.size();
-    return size >= changes.oldSize && size <= changes.newSize
+    return size >= changes.oldSize && (size <= changes.newSize || leavesLength(changes))
         && std::ranges::all_of(changes.changes, [&](const Change &change) {
-               return isOldOrNew(standing(file, change), changes, change);
+               const QByteArray now = changes.shared ? standingWhole(file, change) : standing(file, change);
+               return isOldOrNew(now, changes, change);
            });
 }
 
 bool isComplete(const File &file, const FileChanges &changes)
 {
-    return file.size() == changes.newSize && std::ranges::all_of(changes.changes, [&](const Change &change) {
+    const bool longEnough = leavesLength(changes) || file.size() == changes.newSize;
+    return longEnough && std::ranges::all_of(changes.changes, [&](const Change &change) {
                return file.read(change.position, change.after.size()) == change.after;
            });
 }
@@ -90,7 +106,7 @@ void takeBack(File &file, const FileChanges &changes)
         if (standing(file, change) != change.before)
             file.write(change.position, bytesOf(change.before));
     }
-    if (file.size() != changes.oldSize)
+    if (!leavesLength(changes) && file.size() != changes.oldSize)
         file.resize(changes.oldSize);
     file.sync();
 }
@@ -170,7 +186,7 @@ bool Journal::isHot() const
     return m_files.open(m_path, Access::Read)->size() > 0;
 }
 
-Journal::Found Journal::recover(const std::function<File *(const QString &name)> &fileOf)
+Journal::Found Journal::recover(const std::function<File *(const FileChanges &changes)> &fileOf)
 {
     if (!isHot())
         return Found::Nothing;
@@ -182,7 +198,7 @@ Journal::Found Journal::recover(const std::function<File *(const QString &name)>
         bool ours = true;
         bool complete = true;
         for (const FileChanges &changes : *recorded) {
-            opened.push_back(fileOf(changes.name));
+            opened.push_back(fileOf(changes));
             ours = ours && opened.back() && belongs(*opened.back(), changes);
             complete = complete && ours && isComplete(*opened.back(), changes);
         }

@@ -28,6 +28,9 @@ struct FileChanges {
     std::vector<Change> changes{};
     /// Bytes that stand in the file while it is being changed, over a stretch that one of the changes covers.
     std::optional<Change> mark{};
+    /// Others may write other stretches of the file after a crash, and append to it: its length counts only where it
+    /// is to change, and what was appended must be ours to be taken back.
+    bool shared = false;
 };
 
 /// Changes files as a whole or not at all, also if the program is killed or the power fails half-way.
@@ -56,9 +59,9 @@ public:
         Complete, ///< everything had reached the disk, only the end of the journal was missing
         Foreign ///< not of these files; it was given another name
     };
-    /// Looks for an interrupted change and ends it. `fileOf` gives the file, open for writing, that was
-    /// committed under that name; nullptr if there is none.
-    Found recover(const std::function<File *(const QString &name)> &fileOf);
+    /// Looks for an interrupted change and ends it. `fileOf` gives the file, open for writing, that was committed under
+    /// the name in these changes; nullptr if there is none.
+    Found recover(const std::function<File *(const FileChanges &changes)> &fileOf);
 
     /// Whether there is a journal with content, which only an interrupted change leaves.
     bool isHot() const;

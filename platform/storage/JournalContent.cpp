@@ -3,7 +3,7 @@
 //   0  16  "VELDRAK-Journal" and a line feed
 //  16   8  length of the whole file
 //  24  32  SHA-256 of all that follows
-//  56      number of files; for each: name, old and new size, changes, mark (position -1: none)
+//  56      number of files; for each: name, old and new size, changes, mark (position -1: none), shared
 //
 // Numbers are little-endian and 64 bits wide. Names (UTF-8) and stretches stand behind their length. A change is its
 // position, what stood there and what is to stand there.
@@ -108,6 +108,7 @@ QByteArray Journal::encode(std::span<const FileChanges> files)
         for (const Change &change : file.changes)
             body.change(change);
         body.change(file.mark.value_or(Change{-1, {}, {}}));
+        body.number(file.shared ? 1 : 0);
     }
     Writer length;
     length.number(headSize + body.content().size());
@@ -134,6 +135,7 @@ std::optional<std::vector<FileChanges>> Journal::decode(const QByteArray &conten
                 file.changes.push_back(reader.change());
             if (Change mark = reader.change(); mark.position >= 0)
                 file.mark = std::move(mark);
+            file.shared = reader.number() != 0;
             if (!isSound(file))
                 return std::nullopt;
             files.push_back(std::move(file));
