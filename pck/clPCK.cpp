@@ -1,6 +1,8 @@
 // Clients as files: found in a folder, opened through one workspace, with a password each.
 #include "pck/clPCK.h"
 
+#include <utility>
+
 #include "util/Zahlen.h"
 #include "util/coding.h"
 
@@ -19,11 +21,20 @@ clPCK::clPCK(const Dienste &dienste)
     : m_dienste(dienste)
 { }
 
+clPCK::~clPCK()
+{
+    try {
+        close_Mandant();
+    } catch (const RunTimeError &) { // nobody is left to be told; what was written is in the file
+    }
+}
+
 dao::Workspace &clPCK::Arbeitsbereich()
 {
     if (!m_Arbeitsbereich) {
-        m_Arbeitsbereich = m_dienste.engine.CreateWorkspace(u"TEST"_s, coding::benutzer(), coding::kennwort());
-        m_dienste.engine.AppendWorkspace(m_Arbeitsbereich);
+        const auto neuer = m_dienste.engine.CreateWorkspace(u"TEST"_s, coding::benutzer(), coding::kennwort());
+        m_dienste.engine.AppendWorkspace(neuer);
+        m_Arbeitsbereich = neuer;
     }
     return *m_Arbeitsbereich;
 }
@@ -53,18 +64,14 @@ bool clPCK::test_Passwort(const QVariant &Mandant, const QString &Passwort)
     const bool nachName = istName(Mandant);
     const int keinFehler = nachName ? dao::DaoError::NotAValidPassword : 58;
     const QString datei = nachName ? Mandant.toString() : m_PckDateien[stelle(Mandant)];
-    try {
-        const auto mandant = oeffne(datei, Passwort);
-        if (nachName)
-            m_db = mandant;
-        else
-            mandant->Close();
-        return true;
-    } catch (const RunTimeError &fehler) {
-        if (fehler.Number() != keinFehler)
-            meldeUndBeende(fehler);
+    const auto mandant = oeffne(datei, Passwort, keinFehler);
+    if (!mandant)
         return false;
-    }
+    if (nachName)
+        m_db = mandant;
+    else
+        mandant->Close();
+    return true;
 }
 
 bool clPCK::open_Mandant(QVariant &Mandant)
@@ -82,31 +89,34 @@ bool clPCK::open_Mandant(QVariant &Mandant)
             return false;
         m_PckPasswoerter[i] = m_dienste.kennwortabfrage.Kennwort();
     }
-    m_db = oeffne(datei, m_PckPasswoerter[i]);
+    m_db = oeffne(datei, m_PckPasswoerter[i], 0);
     return true;
 }
 
 void clPCK::close_Mandant()
 {
-    if (m_db)
-        m_db->Close();
-    m_db.reset();
-    if (m_Arbeitsbereich)
-        m_Arbeitsbereich->Close();
-    m_Arbeitsbereich.reset();
+    const auto mandant = std::exchange(m_db, nullptr);
+    const auto arbeitsbereich = std::exchange(m_Arbeitsbereich, nullptr);
+    if (mandant)
+        mandant->Close();
+    if (arbeitsbereich)
+        arbeitsbereich->Close();
 }
 
-std::shared_ptr<dao::Database> clPCK::oeffne(const QString &datei, const QString &passwort)
+/// Nothing if opening fails with the one number that is an answer; any other is shown and ends the program.
+std::shared_ptr<dao::Database> clPCK::oeffne(const QString &datei, const QString &passwort, int keinFehler)
 {
-    return Arbeitsbereich().OpenDatabase(m_PckPfad + datei, 0, false, u";DATABASE="_s + datei + u";PWD="_s + passwort);
-}
-
-void clPCK::meldeUndBeende(const RunTimeError &fehler)
-{
-    m_dienste.programm.MsgBox(
-        {u"Fehler !"_s + u"\r\n"_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
-         desktop::Icon::Exclamation});
-    m_dienste.programm.SofortEnde();
+    try {
+        return Arbeitsbereich().OpenDatabase(m_PckPfad + datei, 0, false,
+                                             u";DATABASE="_s + datei + u";PWD="_s + passwort);
+    } catch (const RunTimeError &fehler) {
+        if (fehler.Number() == keinFehler)
+            return nullptr;
+        m_dienste.programm.MsgBox(
+            {u"Fehler !"_s + u"\r\n"_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
+             desktop::Icon::Exclamation});
+        m_dienste.programm.SofortEnde();
+    }
 }
 
 qsizetype clPCK::stelle(const QVariant &Mandant) const

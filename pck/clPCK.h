@@ -32,6 +32,9 @@ public:
     };
 
     explicit clPCK(const Dienste &dienste);
+    ~clPCK(); ///< closes what is open
+    clPCK(const clPCK &) = delete;
+    clPCK &operator=(const clPCK &) = delete;
 
     // Finding and opening clients
 
@@ -43,8 +46,9 @@ public:
     /// index: it is closed again, and a wrong password ends the program like every other error, after a box.
     bool test_Passwort(const QVariant &Mandant, const QString &Passwort);
 
-    /// Opens a client, asking for its password as long as the remembered one is wrong. False if the user gives up. A
-    /// name is replaced by its index. The client that was open is not closed, only let go.
+    /// Opens a client, asking for its password as long as the remembered one is wrong. False if the user gives up; any
+    /// error but a wrong password ends the program, after a box. A name is replaced by its index. The client that was
+    /// open is not closed, only let go.
     bool open_Mandant(QVariant &Mandant);
     void close_Mandant();
     QString Mandanten(qint16 Index) const; ///< file name
@@ -85,8 +89,7 @@ public:
 
 private:
     dao::Workspace &Arbeitsbereich();
-    std::shared_ptr<dao::Database> oeffne(const QString &datei, const QString &passwort);
-    [[noreturn]] void meldeUndBeende(const RunTimeError &fehler);
+    std::shared_ptr<dao::Database> oeffne(const QString &datei, const QString &passwort, int keinFehler);
     qsizetype stelle(const QVariant &Mandant) const;
 
     void uebernimmVorlage(dao::Recordset &konto, dao::Recordset &Vorlage);

@@ -41,9 +41,13 @@ private:
 };
 
 std::shared_ptr<dao::Database> geoeffnet(MitschreibendeEngine &engine, const QString &name, const QString &connect,
-                                         std::shared_ptr<dao::Database> datenbank)
+                                         const std::function<std::shared_ptr<dao::Database>()> &oeffne)
 {
-    engine.protokoll += u"OpenDatabase(%1, %2)"_s.arg(QFileInfo(name).fileName(), connect);
+    const QString datei = QFileInfo(name).fileName();
+    if (engine.vorOeffnen)
+        engine.vorOeffnen(datei);
+    auto datenbank = oeffne();
+    engine.protokoll += u"OpenDatabase(%1, %2)"_s.arg(datei, connect);
     return std::make_shared<Datenbank>(engine, std::move(datenbank));
 }
 
@@ -59,7 +63,8 @@ public:
     std::shared_ptr<dao::Database> OpenDatabase(const QString &name, int options, bool readOnly,
                                                 const QString &connect) override
     {
-        return geoeffnet(m_engine, name, connect, m_sitzung->OpenDatabase(name, options, readOnly, connect));
+        return geoeffnet(m_engine, name, connect,
+                         [&] { return m_sitzung->OpenDatabase(name, options, readOnly, connect); });
     }
     void Close() override
     {
@@ -96,7 +101,7 @@ void MitschreibendeEngine::AppendWorkspace(std::shared_ptr<dao::Workspace> works
 std::shared_ptr<dao::Database> MitschreibendeEngine::OpenDatabase(const QString &name, int options, bool readOnly,
                                                                   const QString &connect)
 {
-    return geoeffnet(*this, name, connect, m_engine->OpenDatabase(name, options, readOnly, connect));
+    return geoeffnet(*this, name, connect, [&] { return m_engine->OpenDatabase(name, options, readOnly, connect); });
 }
 
 std::shared_ptr<dao::Database> MitschreibendeEngine::CreateDatabase(const QString &name, const QString &connect,

@@ -17,6 +17,8 @@ public:
     QStringList protokoll; ///< "CreateWorkspace(...)", "OpenDatabase(file, connect)", "Close(workspace)", and all SQL
     /// Called with each statement before it runs; may throw in its place.
     std::function<void(const QString &sql)> vorher;
+    /// The same with each file before it is opened.
+    std::function<void(const QString &datei)> vorOeffnen;
     /// The engine behind, past the record.
     dao::DBEngine &dahinter() { return *m_engine; }
 

@@ -40,7 +40,10 @@ TransferTest::TransferTest()
     m_kennwortTimer.start(0);
 }
 
-TransferTest::~TransferTest() = default;
+TransferTest::~TransferTest()
+{
+    m_haupt.reset(); // uses the engine to the last
+}
 
 void TransferTest::richteMaschineEin()
 {
@@ -48,6 +51,11 @@ void TransferTest::richteMaschineEin()
     m_programmEngine = std::make_unique<MitschreibendeEngine>(dao::makeEmbeddedEngine());
     m_programmEngine->vorher = [this](const QString &sql) {
         const int fehler = istFrageAnMapping(sql) ? 0 : notiere(u"SQL "_s + sql);
+        if (fehler != 0)
+            throw dao::DaoError(fehler, u"gestört"_s);
+    };
+    m_programmEngine->vorOeffnen = [this](const QString &datei) {
+        const int fehler = m_stoerung ? m_stoerung(u"OPEN "_s + datei) : 0;
         if (fehler != 0)
             throw dao::DaoError(fehler, u"gestört"_s);
     };

@@ -55,7 +55,8 @@ protected:
 
     /// What went to the client and to ACT!, in order, as "SQL ..." and "ACT ..."; questions to the mapping left out.
     QStringList m_ablauf;
-    /// Called with each line of the course before it happens; a number other than 0 is raised in its place.
+    /// Called with each line of the course before it happens, and with "OPEN " and the name of each database's file; a
+    /// number other than 0 is raised in its place.
     std::function<int(const QString &zeile)> m_stoerung;
     /// Answers to the password dialog, "" gives up; and for which clients it came.
     std::deque<QString> m_kennwoerter;

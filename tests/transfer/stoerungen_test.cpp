@@ -2,6 +2,8 @@
 #include "tests/transfer/TransferTest.h"
 
 using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -46,6 +48,39 @@ protected:
         return anzahl;
     }
 };
+
+TEST_F(Stoerungen, AreShownAsWhatTheyAre)
+{
+    // clang-format off
+    struct Row { const char *name; QString bei; bool vorDemDialog; QString box; bool regulaer; };
+    const Row rows[] = {
+        {"opening the client", u"OPEN Muster"_s,                 true,  u"Fehler !\r\n%1:gestört"_s, false},
+        {"reading the prices", u"Select FKAbfPreisGrp1"_s,       true,  u"Fehler: %1:gestört"_s,     true},
+        {"opening once more",  u"OPEN Muster"_s,                 false, u"Fehler !\r\n%1:gestört"_s, false},
+        {"making the account", u"INSERT INTO sPersKto"_s,        false, u"Fehler: %1:gestört"_s,     true},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        for (const int nummer : {3026, 3027, 3040, 3043, 3045, 3050, 3051, 3260}) {
+            SCOPED_TRACE(testing::Message() << row.name << ' ' << nummer);
+            const auto stoerung = [&](const QString &zeile) { return zeile.contains(row.bei) ? nummer : 0; };
+            m_tisch.boxes.clear();
+            m_stoerung = nullptr;
+            if (row.vorDemDialog)
+                m_stoerung = stoerung;
+            zeigeMitMandant();
+            if (!row.vorDemDialog) {
+                m_stoerung = stoerung;
+                eintragen();
+            }
+            EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(row.box.arg(nummer)));
+            EXPECT_THAT(m_gefragt, IsEmpty()) << "it is no password that is missing";
+            EXPECT_TRUE(m_haupt->beendet());
+            EXPECT_EQ(m_act.callsOf(u"Resize"_s).size(), row.regulaer ? 1 : 0);
+        }
+    }
+    EXPECT_THAT(zeilen(u"SELECT * FROM sPersKto"_s), IsEmpty());
+}
 
 TEST_F(Stoerungen, LeaveWhatCanBeExplained)
 {
