@@ -33,8 +33,7 @@ public:
 
     explicit clPCK(const Dienste &dienste);
     ~clPCK(); ///< closes what is open
-    clPCK(const clPCK &) = delete;
-    clPCK &operator=(const clPCK &) = delete;
+    clPCK(clPCK &&) = default;
 
     // Finding and opening clients
 
