@@ -41,7 +41,7 @@ storage::Value Cursor::value(int column) const
 storage::Bytes Cursor::record() const
 {
     const auto length = std::size_t(m_table.layout().recordLength);
-    return bytesOf(m_block).subspan(std::size_t(m_id - m_blockBegin) * length, length);
+    return storage::bytesOf(m_block).subspan(std::size_t(m_id - m_blockBegin) * length, length);
 }
 
 void Cursor::readBlock()

@@ -14,24 +14,24 @@ namespace dbf {
 
 namespace {
 
-void removeFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.remove()) {
-        throw StorageError(StorageError::InputOutput, u"%1: Löschen nicht möglich: %2"_s.arg(path, file.errorString()));
-    }
-}
+// What a table's files are called while it is made or dropped: a crash leaves no half table behind.
+const QString unfinished = u".neu"_s;
+const QString dropped = u".weg"_s;
 
 } // namespace
 
-Database::Database(const QString &folder, bool readOnly)
-    : m_folder(folder)
-{
-    m_state.readOnly = readOnly;
-}
+Database::Database(storage::FileSystem &files, const QString &folder, bool readOnly)
+    : m_files(files)
+    , m_folder(folder)
+    , m_state{{files, folder}, readOnly}
+{ }
 
 QStringList Database::tableNames() const
 {
+    if (!QFileInfo(m_folder).isReadable()) {
+        throw StorageError(m_files.exists(m_folder) ? StorageError::NoPermission : StorageError::Missing,
+                           u"Der Ordner %1 lässt sich nicht lesen"_s.arg(m_folder));
+    }
     QStringList names;
     const QFileInfoList files = QDir(m_folder).entryInfoList({u"*.dbf"_s}, QDir::Files, QDir::Name);
     for (const QFileInfo &file : files)
@@ -39,21 +39,24 @@ QStringList Database::tableNames() const
     return names;
 }
 
-QString Database::pathOf(const QString &table) const
+QString Database::pathOf(const QString &table, const QString &suffix) const
 {
-    return storage::existingPath(QDir(m_folder).filePath(table + u".dbf"_s));
+    return storage::existingPath(QDir(m_folder).filePath(table + suffix));
 }
 
 Table *Database::find(const QString &name)
 {
-    m_state.requireSound();
+    m_state.journal.settle();
     const auto known = m_tables.find(name.toUpper());
     if (known != m_tables.end())
         return known->second.get();
     // A name is not a path out of the folder.
-    if (name.isEmpty() || name.contains(u'/') || name.contains(u'\\') || !QFileInfo(pathOf(name)).isFile())
+    if (name.isEmpty() || name.contains(u'/') || name.contains(u'\\'))
         return nullptr;
-    auto table = std::make_unique<Table>(pathOf(name), m_state);
+    const QString path = pathOf(name, u".dbf"_s);
+    if (!m_files.exists(path) || QFileInfo(path).isDir())
+        return nullptr;
+    auto table = std::make_unique<Table>(path, m_state);
     return m_tables.emplace(name.toUpper(), std::move(table)).first->second.get();
 }
 
@@ -69,7 +72,7 @@ int Database::compareTexts(QStringView left, QStringView right) const
 
 std::unique_ptr<storage::WriteScope> Database::beginWrite()
 {
-    m_state.requireSound();
+    m_state.journal.settle();
     return std::make_unique<Transaction>(m_state);
 }
 
@@ -81,7 +84,6 @@ void Database::requireWritable() const
 
 void Database::requireChangeable() const
 {
-    m_state.requireSound();
     requireWritable();
     if (m_state.running) {
         throw StorageError(
@@ -101,23 +103,68 @@ void Database::createTable(const storage::TableSchema &schema)
             schema.name);
     }
     const QByteArray content = newTable(schema);
-    const QString stem = QDir(m_folder).filePath(schema.name.toUpper());
-    const QString memoPath = storage::existingPath(stem + u".FPT"_s);
-    if (QFileInfo::exists(pathOf(schema.name))) {
+    const FolderJournal::Turn turn(m_state.journal);
+    const QString name = schema.name.toUpper();
+    if (m_files.exists(pathOf(name, u".DBF"_s))) {
         throw StorageError(StorageError::AlreadyExists, u"Die Tabelle %1 gibt es schon"_s.arg(schema.name),
                            schema.name);
     }
-    // The memo file first: alone it is no table yet.
-    const bool hasMemo = needsMemoFile(schema);
-    if (hasMemo)
-        File::create(memoPath, bytesOf(MemoFile::newFile()));
+    removeLeavings(name);
     try {
-        File::create(stem + u".DBF"_s, bytesOf(content));
+        makeFiles(name, content, needsMemoFile(schema));
     } catch (const StorageError &) {
-        if (hasMemo)
-            removeFile(memoPath);
+        try {
+            removeLeavings(name);
+        } catch (const StorageError &) {
+            // The first failure is the one to tell; the leavings are in nobody's way.
+        }
         throw;
     }
+}
+
+/// The memo file gets its name first: alone it is no table yet.
+void Database::makeFiles(const QString &table, const QByteArray &content, bool withMemos)
+{
+    const QString path = pathOf(table, u".DBF"_s);
+    const QString memoPath = pathOf(table, u".FPT"_s);
+    if (withMemos)
+        makeFile(memoPath + unfinished, MemoFile::newFile());
+    makeFile(path + unfinished, content);
+    if (withMemos)
+        m_files.rename(memoPath + unfinished, memoPath);
+    m_files.rename(path + unfinished, path);
+    m_files.syncFolderOf(path);
+}
+
+/// A new file, whole on the disk.
+void Database::makeFile(const QString &path, const QByteArray &content)
+{
+    const auto file = m_files.create(path);
+    file->write(0, storage::bytesOf(content));
+    file->sync();
+}
+
+/// Removes what an interrupted making or dropping of a table has left. Memos of somebody else's are none of that.
+void Database::removeLeavings(const QString &table)
+{
+    const QString path = pathOf(table, u".DBF"_s);
+    const QString memoPath = pathOf(table, u".FPT"_s);
+    if (m_files.exists(path))
+        return;
+    const bool wasDropped = m_files.exists(path + dropped);
+    if (m_files.exists(memoPath) && (wasDropped || isEmptyMemoFile(memoPath)))
+        m_files.remove(memoPath);
+    for (const QString &left : {path + dropped, path + unfinished, memoPath + unfinished}) {
+        if (m_files.exists(left))
+            m_files.remove(left);
+    }
+}
+
+bool Database::isEmptyMemoFile(const QString &path) const
+{
+    const QByteArray empty = MemoFile::newFile();
+    const auto file = m_files.open(path, storage::Access::Read);
+    return file->size() == empty.size() && file->read(0, empty.size()) == empty;
 }
 
 void Database::createIndex(const QString &table, const storage::Index &index)
@@ -139,12 +186,24 @@ void Database::dropTable(const QString &name)
     if (!table)
         throw StorageError(StorageError::NoSuchTable, u"Die Tabelle %1 gibt es nicht"_s.arg(name), name);
     table->requireNoIndex();
+    const FolderJournal::Turn turn(m_state.journal);
     const QString path = table->file().path();
     const std::optional<QString> memoPath = table->memoPath();
     m_tables.erase(name.toUpper()); // closes its files
-    removeFile(path);
-    if (memoPath && QFileInfo::exists(*memoPath))
-        removeFile(*memoPath);
+    if (!memoPath || !m_files.exists(*memoPath)) {
+        m_files.remove(path);
+    } else {
+        // Under this name it tells that the memo file is none any more.
+        m_files.rename(path, path + dropped);
+        try {
+            m_files.remove(*memoPath);
+        } catch (const StorageError &) {
+            m_files.rename(path + dropped, path);
+            throw;
+        }
+        m_files.remove(path + dropped);
+    }
+    m_files.syncFolderOf(path);
 }
 
 } // namespace dbf

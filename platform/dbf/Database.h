@@ -10,7 +10,8 @@ namespace dbf {
 class Database final : public storage::Database
 {
 public:
-    Database(const QString &folder, bool readOnly);
+    /// `files` must outlive the database.
+    Database(storage::FileSystem &files, const QString &folder, bool readOnly);
 
     void requireWritable() const override;
     QStringList tableNames() const override;
@@ -30,10 +31,15 @@ public:
     std::vector<storage::Relationship> relationships() const override { return {}; }
 
 private:
-    QString pathOf(const QString &table) const;
+    QString pathOf(const QString &table, const QString &suffix) const;
     Table *find(const QString &name);
     void requireChangeable() const;
+    void makeFiles(const QString &table, const QByteArray &content, bool withMemos);
+    void makeFile(const QString &path, const QByteArray &content);
+    void removeLeavings(const QString &table);
+    bool isEmptyMemoFile(const QString &path) const;
 
+    storage::FileSystem &m_files;
     QString m_folder;
     WriteState m_state;
     std::map<QString, std::unique_ptr<Table>> m_tables; // by upper-case name

@@ -1,6 +1,8 @@
 // The entrance to the dBASE format.
 #include "platform/dbf/DbfDriver.h"
 
+#include <filesystem>
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -24,24 +26,24 @@ QString folderOf(const storage::OpenRequest &request)
 
 std::unique_ptr<storage::Database> DbfDriver::open(const storage::OpenRequest &request)
 {
-    const QFileInfo folder(folderOf(request));
-    if (!folder.exists())
-        throw StorageError(StorageError::Missing, u"Den Ordner %1 gibt es nicht"_s.arg(folder.filePath()));
-    if (!folder.isDir()) {
-        throw StorageError(StorageError::NotThisFormat,
-                           u"%1 ist kein Ordner mit dBASE-Tabellen"_s.arg(folder.filePath()));
-    }
-    return std::make_unique<Database>(folder.filePath(), request.readOnly);
+    const QString folder = folderOf(request);
+    if (!m_files.exists(folder))
+        throw StorageError(StorageError::Missing, u"Den Ordner %1 gibt es nicht"_s.arg(folder));
+    if (!QFileInfo(folder).isDir())
+        throw StorageError(StorageError::NotThisFormat, u"%1 ist kein Ordner mit dBASE-Tabellen"_s.arg(folder));
+    return std::make_unique<Database>(m_files, folder, request.readOnly);
 }
 
 std::unique_ptr<storage::Database> DbfDriver::create(const storage::OpenRequest &request, storage::FileVersion)
 {
     const QString folder = folderOf(request);
-    if (QFileInfo::exists(folder))
+    if (m_files.exists(folder))
         throw StorageError(StorageError::AlreadyExists, u"%1 gibt es schon"_s.arg(folder));
-    if (!QDir().mkdir(folder))
-        throw StorageError(StorageError::InputOutput, u"Der Ordner %1 lässt sich nicht anlegen"_s.arg(folder));
-    return std::make_unique<Database>(folder, false);
+    std::error_code error;
+    std::filesystem::create_directory(QFileInfo(folder).filesystemFilePath(), error);
+    if (error)
+        throw storage::fileError(error.value(), folder, u"Anlegen"_s);
+    return std::make_unique<Database>(m_files, folder, false);
 }
 
 } // namespace dbf

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/storage/FileSystem.h"
 #include "platform/storage/Storage.h"
 
 namespace dbf {
@@ -9,11 +10,19 @@ namespace dbf {
 class DbfDriver final : public storage::Driver
 {
 public:
+    /// `files` must outlive the driver and what it opens.
+    explicit DbfDriver(storage::FileSystem &files = storage::systemFiles())
+        : m_files(files)
+    { }
+
     /// `request.path` is a folder. Its tables are opened, and looked at, when they are asked for.
     std::unique_ptr<storage::Database> open(const storage::OpenRequest &request) override;
     /// Makes the folder, which must not exist yet; there is one file version only.
     std::unique_ptr<storage::Database> create(const storage::OpenRequest &request,
                                               storage::FileVersion version) override;
+
+private:
+    storage::FileSystem &m_files;
 };
 
 } // namespace dbf

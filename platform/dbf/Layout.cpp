@@ -16,6 +16,7 @@
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
+using storage::bytesOf;
 using storage::StorageError;
 
 namespace dbf {
@@ -25,17 +26,17 @@ namespace {
 constexpr int headSize = 32; // also the size of a field's description
 constexpr std::byte endOfFields{0x0D};
 
-[[noreturn]] void damaged(const File &file, const QString &what)
+[[noreturn]] void damaged(const TableFile &file, const QString &what)
 {
     throw StorageError(StorageError::Damaged, u"%1 ist beschädigt: %2"_s.arg(file.path(), what));
 }
 
-[[noreturn]] void unsupported(const File &file, const QString &what)
+[[noreturn]] void unsupported(const TableFile &file, const QString &what)
 {
     throw StorageError(StorageError::Unsupported, u"%1: %2"_s.arg(file.path(), what));
 }
 
-QByteArray readHead(const File &file)
+QByteArray readHead(const TableFile &file)
 {
     const qint64 size = file.size();
     if (size < headSize)
@@ -43,7 +44,7 @@ QByteArray readHead(const File &file)
     return file.read(0, headSize);
 }
 
-MemoKind memoKindOf(const File &file, std::uint8_t version)
+MemoKind memoKindOf(const TableFile &file, std::uint8_t version)
 {
     switch (version) {
     case 0x03:
@@ -67,7 +68,7 @@ MemoKind memoKindOf(const File &file, std::uint8_t version)
     }
 }
 
-const storage::Codepage *codepageOf(const File &file, std::uint8_t mark)
+const storage::Codepage *codepageOf(const TableFile &file, std::uint8_t mark)
 {
     switch (mark) {
     case 0x00:
@@ -82,7 +83,7 @@ const storage::Codepage *codepageOf(const File &file, std::uint8_t mark)
     }
 }
 
-void checkField(const File &file, const Layout &layout, const Field &field)
+void checkField(const TableFile &file, const Layout &layout, const Field &field)
 {
     const auto width = [&](int least, int most) {
         if (field.width < least || field.width > most)
@@ -112,7 +113,7 @@ void checkField(const File &file, const Layout &layout, const Field &field)
     }
 }
 
-Field readField(const File &file, const Layout &layout, storage::Bytes description)
+Field readField(const TableFile &file, const Layout &layout, storage::Bytes description)
 {
     Field field;
     const auto name = description.first(11);
@@ -128,7 +129,7 @@ Field readField(const File &file, const Layout &layout, storage::Bytes descripti
     return field;
 }
 
-void readFields(const File &file, Layout &layout)
+void readFields(const TableFile &file, Layout &layout)
 {
     const QByteArray head = file.read(0, layout.headerLength);
     const storage::Bytes bytes = bytesOf(head);
@@ -158,7 +159,7 @@ void readFields(const File &file, Layout &layout)
 
 } // namespace
 
-HeaderFacts readFacts(const File &file)
+HeaderFacts readFacts(const TableFile &file)
 {
     const QByteArray head = readHead(file);
     const storage::Bytes bytes = bytesOf(head);
@@ -169,7 +170,7 @@ HeaderFacts readFacts(const File &file)
             .structuralIndex = (storage::readLE<std::uint8_t>(bytes, 28) & 0x01) != 0};
 }
 
-Layout readLayout(const File &file)
+Layout readLayout(const TableFile &file)
 {
     const QByteArray head = readHead(file);
     const storage::Bytes bytes = bytesOf(head);

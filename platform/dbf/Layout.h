@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/dbf/Field.h"
-#include "platform/dbf/File.h"
+#include "platform/dbf/TableFile.h"
 
 /// The head of a .dbf file: how its records are built. It stays the same while the table is open.
 namespace dbf {
@@ -32,8 +32,8 @@ struct HeaderFacts {
 };
 
 /// Throws StorageError: NotThisFormat, Damaged, Unsupported.
-Layout readLayout(const File &file);
-HeaderFacts readFacts(const File &file);
+Layout readLayout(const TableFile &file);
+HeaderFacts readFacts(const TableFile &file);
 
 /// Writes are for the caller to place: the bytes of the head that hold the record count and today's date.
 constexpr qint64 recordCountPosition = 4;

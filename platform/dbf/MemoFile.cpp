@@ -22,10 +22,6 @@ constexpr qint64 headSize = 512;
 constexpr qint64 entryHeadSize = 8;
 constexpr qint64 newBlockSize = 64; // FoxPro's own default
 constexpr quint32 textKind = 1;
-/// As the table's head is locked; memo and table never share a file.
-constexpr qint64 lockPosition = 0x40000000;
-/// What FoxPro 2.x can address.
-constexpr qint64 greatestSize = 0x7FFFFFFF;
 
 quint32 bigEndian32(const QByteArray &bytes, qsizetype offset)
 {
@@ -46,8 +42,8 @@ qint64 blocksFor(qint64 bytes, qint64 blockSize)
 
 } // namespace
 
-MemoFile::MemoFile(const QString &path, MemoKind kind, bool forWriting)
-    : m_file(path, forWriting)
+MemoFile::MemoFile(storage::FileSystem &files, const QString &path, MemoKind kind, bool forWriting)
+    : m_file(files, path, forWriting)
     , m_kind(kind)
 {
     if (m_file.size() < headSize) {
@@ -166,8 +162,7 @@ void MemoFile::requireWritable() const
         throw StorageError(StorageError::Unsupported,
                            u"%1: Memos von dBASE können nur gelesen werden"_s.arg(m_file.path()));
     }
-    if (!m_file.writable())
-        throw StorageError(StorageError::ReadOnly, u"%1 kann nur gelesen werden"_s.arg(m_file.path()));
+    m_file.requireWritable();
 }
 
 qint64 MemoFile::firstFreeBlock(qint64 size) const
@@ -185,16 +180,16 @@ qint64 MemoFile::firstFreeBlock(qint64 size) const
 qint64 MemoFile::write(Transaction &transaction, const QByteArray &content, qint64 oldBlock)
 {
     requireWritable();
-    transaction.lock(m_file, lockPosition, u"Die Memodatei"_s);
+    transaction.lock(m_file, lockBase, u"Die Memodatei"_s);
     const qint64 unit = blockSize();
     const qint64 needed = blocksFor(entryHeadSize + content.size(), unit);
     const bool fits = oldBlock != 0 && needed <= blocksFor(entryHeadSize + foxProLength(oldBlock), unit);
     const qint64 block = fits ? oldBlock : firstFreeBlock(needed * unit);
     const QByteArray entry = (bigEndian32(textKind) + bigEndian32(content.size()) + content)
                                  .leftJustified(fits ? entryHeadSize + content.size() : needed * unit, '\0');
-    transaction.write(m_file, block * unit, bytesOf(entry));
+    transaction.write(m_file, block * unit, entry);
     if (!fits)
-        transaction.write(m_file, 0, bytesOf(bigEndian32(block + needed)));
+        transaction.write(m_file, 0, bigEndian32(block + needed));
     return block;
 }
 

@@ -9,12 +9,12 @@ namespace dbf {
 /// FoxPro's .fpt is read and written, dBASE's .dbt read only.
 ///
 /// Errors     throws StorageError: Damaged for blocks outside the file or without a memo, Unsupported for writing a
-///            .dbt or reading a picture or object; the rest as File does.
+///            .dbt or reading a picture or object; the rest as TableFile does.
 class MemoFile
 {
 public:
     /// `kind` is not None.
-    MemoFile(const QString &path, MemoKind kind, bool forWriting);
+    MemoFile(storage::FileSystem &files, const QString &path, MemoKind kind, bool forWriting);
 
     /// The file name's ending, with its dot.
     static QString suffix(MemoKind kind);
@@ -38,7 +38,7 @@ private:
     QByteArray readDBase4(qint64 block) const;
     qint64 firstFreeBlock(qint64 size) const;
 
-    File m_file;
+    TableFile m_file;
     MemoKind m_kind;
 };
 

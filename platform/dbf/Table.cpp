@@ -5,10 +5,12 @@
 
 #include "platform/dbf/Cursor.h"
 #include "platform/storage/LocalPath.h"
+#include "platform/storage/Patience.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
 using storage::Assignment;
+using storage::bytesOf;
 using storage::RowId;
 using storage::StorageError;
 
@@ -16,10 +18,6 @@ namespace dbf {
 
 namespace {
 
-/// FoxPro's places for locks of a table without a structural index: the head, and each record by its position.
-constexpr qint64 lockBase = 0x40000000;
-/// What FoxPro 2.x can address.
-constexpr qint64 greatestSize = 0x7FFFFFFF;
 constexpr char endOfFile = 0x1A;
 
 QString withoutSuffix(const QString &path)
@@ -27,7 +25,7 @@ QString withoutSuffix(const QString &path)
     return path.first(path.lastIndexOf(u'.'));
 }
 
-QString recordPlace(const File &file, RowId id)
+QString recordPlace(const TableFile &file, RowId id)
 {
     return u"%1, Satz %2: "_s.arg(file.path()).arg(id);
 }
@@ -46,7 +44,7 @@ struct Table::NewContent {
 
 Table::Table(const QString &path, WriteState &state)
     : m_state(state)
-    , m_file(path, !state.readOnly)
+    , m_file(state.journal.files(), path, !state.readOnly)
     , m_layout(readLayout(m_file))
 {
     m_schema.name = QFileInfo(path).completeBaseName();
@@ -72,10 +70,12 @@ qint64 Table::recordCount()
         return *count;
     // Another program may be between counting a new record and writing it: it holds the head's lock meanwhile.
     const bool ours = m_state.running && m_state.running->holds(m_file, lockBase);
-    const bool waited = !ours && retryForASecond([this] { return m_file.tryLock(lockBase, File::Lock::Shared); });
+    constexpr storage::ByteRange head{lockBase, 1};
+    const bool waited
+        = !ours && storage::retryForAWhile([this] { return m_file.file().tryLock(head, storage::LockKind::Shared); });
     const auto count = countIfComplete();
     if (waited)
-        m_file.unlock(lockBase);
+        m_file.file().unlock(head);
     if (!count) {
         throw StorageError(StorageError::Damaged,
                            u"%1 ist abgeschnitten: Der Kopf nennt %2 Sätze, die Datei hat %3 Bytes"_s.arg(m_file.path())
@@ -87,7 +87,7 @@ qint64 Table::recordCount()
 
 std::unique_ptr<storage::Cursor> Table::scan()
 {
-    m_state.requireSound();
+    m_state.journal.settle();
     return std::make_unique<Cursor>(*this, 1, recordCount());
 }
 
@@ -98,7 +98,7 @@ std::unique_ptr<storage::Cursor> Table::range(const storage::KeyRange &)
 
 std::unique_ptr<storage::Cursor> Table::row(RowId id)
 {
-    m_state.requireSound();
+    m_state.journal.settle();
     if (id < 1 || id > recordCount())
         return nullptr;
     auto cursor = std::make_unique<Cursor>(*this, id, id);
@@ -128,7 +128,7 @@ storage::Value Table::valueOf(const Field &field, storage::Bytes record, RowId i
 MemoFile &Table::memo()
 {
     if (!m_memo)
-        m_memo = std::make_unique<MemoFile>(*memoPath(), m_layout.memo, !m_state.readOnly);
+        m_memo = std::make_unique<MemoFile>(m_state.journal.files(), *memoPath(), m_layout.memo, !m_state.readOnly);
     return *m_memo;
 }
 
@@ -153,8 +153,7 @@ void Table::requireNoIndex() const
 
 void Table::requireWritable()
 {
-    if (!m_file.writable())
-        throw StorageError(StorageError::ReadOnly, u"%1 kann nur gelesen werden"_s.arg(m_file.path()));
+    m_file.requireWritable();
     requireNoIndex();
 }
 
@@ -192,20 +191,15 @@ QByteArray Table::lockRecord(Transaction &transaction, RowId id)
 {
     const auto gone
         = [&] { return StorageError(StorageError::RowGone, recordPlace(m_file, id) + u"Der Satz ist gelöscht"_s); };
-    if (id < 1 || id > recordCount())
+    if (id < 1)
         throw gone();
     transaction.lock(m_file, lockBase + m_layout.positionOf(id), u"Satz %1"_s.arg(id));
+    if (id > recordCount())
+        throw gone();
     QByteArray record = m_file.read(m_layout.positionOf(id), m_layout.recordLength);
     if (isDeleted(*this, bytesOf(record), id))
         throw gone();
     return record;
-}
-
-void Table::touch(Transaction &transaction)
-{
-    const QByteArray today = todayBytes();
-    if (m_file.read(datePosition, today.size()) != today)
-        transaction.write(m_file, datePosition, bytesOf(today));
 }
 
 RowId Table::insert(std::span<const Assignment> values)
@@ -219,9 +213,8 @@ RowId Table::insert(std::span<const Assignment> values)
     if (m_layout.positionOf(id + 1) >= greatestSize)
         throw StorageError(StorageError::FileFull, u"%1 ist voll"_s.arg(m_file.path()));
     put(step.transaction(), content, record);
-    step.transaction().write(m_file, m_layout.positionOf(id), bytesOf(record + endOfFile));
-    step.transaction().write(m_file, recordCountPosition, bytesOf(recordCountBytes(id)));
-    touch(step.transaction());
+    step.transaction().write(m_file, m_layout.positionOf(id), record + endOfFile);
+    step.transaction().write(m_file, recordCountPosition, recordCountBytes(id));
     step.done();
     return id;
 }
@@ -233,8 +226,7 @@ void Table::update(RowId id, std::span<const Assignment> values)
     const NewContent content = encodeAll(values);
     QByteArray record = lockRecord(step.transaction(), id);
     put(step.transaction(), content, record);
-    step.transaction().write(m_file, m_layout.positionOf(id), bytesOf(record));
-    touch(step.transaction());
+    step.transaction().write(m_file, m_layout.positionOf(id), record);
     step.done();
 }
 
@@ -243,8 +235,7 @@ void Table::remove(RowId id)
     Step step(m_state);
     requireWritable();
     lockRecord(step.transaction(), id);
-    step.transaction().write(m_file, m_layout.positionOf(id), bytesOf("*"_ba));
-    touch(step.transaction());
+    step.transaction().write(m_file, m_layout.positionOf(id), "*"_ba);
     step.done();
 }
 

@@ -29,7 +29,7 @@ public:
     void update(storage::RowId id, std::span<const storage::Assignment> values) override;
     void remove(storage::RowId id) override;
 
-    const File &file() const { return m_file; }
+    const TableFile &file() const { return m_file; }
     const Layout &layout() const { return m_layout; }
     /// The content of a field in a record's bytes. The text of an error names the record.
     storage::Value valueOf(const Field &field, storage::Bytes record, storage::RowId id);
@@ -48,10 +48,9 @@ private:
     NewContent encodeAll(std::span<const storage::Assignment> values);
     void put(Transaction &transaction, const NewContent &content, QByteArray &record);
     QByteArray lockRecord(Transaction &transaction, storage::RowId id);
-    void touch(Transaction &transaction);
 
     WriteState &m_state;
-    File m_file;
+    TableFile m_file;
     Layout m_layout;
     storage::TableSchema m_schema;
     std::unique_ptr<MemoFile> m_memo; // opened when needed: the other columns can be read without it

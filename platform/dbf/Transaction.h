@@ -1,11 +1,12 @@
 #pragma once
 
-#include <functional>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
 
-#include "platform/dbf/File.h"
+#include "platform/dbf/FolderJournal.h"
+#include "platform/dbf/TableFile.h"
 #include "platform/storage/Storage.h"
 
 namespace dbf {
@@ -14,20 +15,16 @@ class Transaction;
 
 /// What the tables of one open database share about writing.
 struct WriteState {
+    FolderJournal journal;
     bool readOnly = false;
     Transaction *running = nullptr; ///< owned by whoever began it
-    /// Why an undoing failed; from then on the database refuses to work, since its content is uncertain.
-    QString fault;
-
-    /// Throws StorageError::InputOutput after a failed undoing.
-    void requireSound() const;
 };
 
-/// The writes since its making, undone at its end unless committed.
+/// Writes that are held back until commit(), which brings them into the files as a whole; without it they never were.
 ///
-/// Owns       the before-images of all changed bytes, in memory, and the byte locks, which are held until the end:
-///            so nobody else's change can be undone along with ours.
-/// Errors     write() and lock() throw StorageError. A failed undoing is kept in WriteState::fault.
+/// Owns       the new content, in memory, and the byte locks, which are held until the end.
+/// Errors     lock() and commit() throw StorageError. After a failed commit the files are as before, or the journal
+///            will bring them there before they are used again.
 class Transaction final : public storage::WriteScope
 {
 public:
@@ -39,21 +36,21 @@ public:
 
     void commit() override;
 
-    /// Locks one byte, waiting up to a second; then StorageError::Locked, saying that `what` is in use.
-    void lock(File &file, qint64 position, const QString &what);
-    bool holds(File &file, qint64 position) const { return m_locks.contains({&file, position}); }
-    void write(File &file, qint64 position, storage::Bytes bytes);
+    /// Locks one byte, waiting a while; then StorageError::Locked, saying that `what` is in use.
+    void lock(TableFile &file, qint64 position, const QString &what);
+    bool holds(TableFile &file, qint64 position) const { return m_locks.contains({&file, position}); }
+    void write(TableFile &file, qint64 position, const QByteArray &bytes);
 
-    std::size_t mark() const { return m_undo.size(); }
+    std::size_t mark() const { return m_writes.size(); }
     void undoTo(std::size_t mark) noexcept;
 
 private:
+    std::vector<TableFile *> changedFiles() const;
     void end() noexcept;
 
     WriteState &m_state;
-    std::vector<std::function<void()>> m_undo;
-    std::set<std::pair<File *, qint64>> m_locks;
-    bool m_committed = false;
+    std::vector<std::pair<TableFile *, TableFile::Replaced>> m_writes;
+    std::set<std::pair<TableFile *, qint64>> m_locks;
 };
 
 /// One statement: joins the running transaction or is one of its own. Unless done() was called, its writes are undone
@@ -76,8 +73,5 @@ private:
     std::size_t m_mark = 0;
     bool m_done = false;
 };
-
-/// Waits up to a second for `attempt` to succeed; whether it did.
-bool retryForASecond(const std::function<bool()> &attempt);
 
 } // namespace dbf

@@ -100,14 +100,15 @@ void apply(File &file, const FileChanges &changes)
     file.sync();
 }
 
+/// The length first: if this is interrupted, too, no sector may be half old, half new.
 void takeBack(File &file, const FileChanges &changes)
 {
+    if (!leavesLength(changes) && file.size() != changes.oldSize)
+        file.resize(changes.oldSize);
     for (const Change &change : changes.changes) {
         if (standing(file, change) != change.before)
             file.write(change.position, bytesOf(change.before));
     }
-    if (!leavesLength(changes) && file.size() != changes.oldSize)
-        file.resize(changes.oldSize);
     file.sync();
 }
 

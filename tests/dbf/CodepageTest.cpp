@@ -1,6 +1,6 @@
 #include "platform/storage/Codepage.h"
 #include "RawTable.h"
-#include "platform/dbf/File.h"
+#include "platform/storage/FileSystem.h"
 
 using namespace Qt::StringLiterals;
 using storage::StorageError;
@@ -19,7 +19,7 @@ TEST(Codepage, KnowsTheCharactersThatDiffer)
     for (const Row &row : rows) {
         const QString text = QString::fromUtf16(row.text);
         SCOPED_TRACE(text.toStdString());
-        EXPECT_EQ(row.codepage->decode(dbf::bytesOf(row.bytes)), text);
+        EXPECT_EQ(row.codepage->decode(storage::bytesOf(row.bytes)), text);
         EXPECT_EQ(row.codepage->encode(text), QByteArray(row.bytes));
     }
 }
@@ -30,7 +30,7 @@ TEST(Codepage, KeepsEveryByte)
     for (int i = 0; i < 256; ++i)
         all.append(static_cast<char>(i));
     for (const auto *codepage : {&storage::windows1252, &storage::dos437, &storage::dos850})
-        EXPECT_EQ(codepage->encode(codepage->decode(dbf::bytesOf(all))), all) << codepage->name().toStdString();
+        EXPECT_EQ(codepage->encode(codepage->decode(storage::bytesOf(all))), all) << codepage->name().toStdString();
 }
 
 TEST(Codepage, NamesTheCharacterItLacks)

@@ -1,6 +1,6 @@
 #include "platform/dbf/Field.h"
 #include "RawTable.h"
-#include "platform/dbf/File.h"
+#include "platform/storage/FileSystem.h"
 
 using namespace Qt::StringLiterals;
 using storage::StorageError;
@@ -55,7 +55,7 @@ TEST(Field, IsReadInAllItsForms)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.type + std::string(" ") + row.stored.toStdString());
         const dbf::Field field{.name = u"F"_s, .type = row.type, .width = int(row.stored.size())};
-        EXPECT_EQ(dbf::decode(field, dbf::bytesOf(row.stored), storage::windows1252), row.value);
+        EXPECT_EQ(dbf::decode(field, storage::bytesOf(row.stored), storage::windows1252), row.value);
     }
 }
 
