@@ -5,10 +5,11 @@
 
 #include "util/Programmlauf.h"
 
-/// The process's own counters, as the operating system keeps them.
+/// The process's own counters: calls into the operating system since it started.
 struct Zaehler {
     std::int64_t lesen = 0; ///< read calls
     std::int64_t schreiben = 0; ///< write calls
+    std::int64_t flushes = 0; ///< calls that wait for the disk: fsync, fdatasync
 };
 Zaehler aufrufe();
 

@@ -151,13 +151,18 @@ static void gruppeUebertragen(benchmark::State &state)
         state.ResumeTiming();
         Eintragung(haupt, pck, *haupt.Mitglieder.front(), {0, u"Muster.PCK"_s, u"D"_s, nummer, 0.0, 49, 0.0, 1.0})
             .fuehreAus();
-        geschrieben.schreiben += aufrufe().schreiben - vorher.schreiben;
+        const Zaehler nachher = aufrufe();
+        geschrieben.schreiben += nachher.schreiben - vorher.schreiben;
+        geschrieben.flushes += nachher.flushes - vorher.flushes;
         anweisungen += bestand.desktop.clipboardHistory.size();
     }
     const auto laeufe = static_cast<double>(state.iterations());
     state.counters["statements/s"] = benchmark::Counter(static_cast<double>(anweisungen), benchmark::Counter::kIsRate);
     state.counters["statements"] = static_cast<double>(anweisungen) / laeufe;
     state.counters["writes"] = static_cast<double>(geschrieben.schreiben) / laeufe;
+    state.counters["flushes"] = static_cast<double>(geschrieben.flushes) / laeufe;
+    state.counters["flushes/statement"]
+        = static_cast<double>(geschrieben.flushes) / static_cast<double>(std::max<qsizetype>(anweisungen, 1));
     pck.close_Mandant();
 }
 BENCHMARK(gruppeUebertragen)->Arg(1)->Arg(10)->Arg(50)->Unit(benchmark::kMillisecond);
