@@ -26,7 +26,14 @@ FoundRow requireRow(PageFile &file, const TableDef &def, storage::RowId id, cons
     return std::move(*found);
 }
 
-/// Fills in the next number where none was given, and keeps the counter at the highest one.
+/// Keeps the counter at the highest number.
+void coverAutonumber(TableCounters &counters, std::int64_t number)
+{
+    if (number > static_cast<std::int32_t>(counters.lastAutonumber()))
+        counters.setLastAutonumber(static_cast<std::uint32_t>(number));
+}
+
+/// Fills in the next number where none was given.
 void countAutonumber(PageFile &file, const JetTable::Known &known, std::vector<Value> &row)
 {
     TableCounters counters(file, known.def.page);
@@ -42,9 +49,24 @@ void countAutonumber(PageFile &file, const JetTable::Known &known, std::vector<V
             }
             row[i] = std::int64_t{last} + 1;
         }
-        const auto number = std::get<std::int64_t>(row[i]);
-        if (number > last)
-            counters.setLastAutonumber(static_cast<std::uint32_t>(number));
+        coverAutonumber(counters, std::get<std::int64_t>(row[i]));
+    }
+}
+
+/// A number that a row gets later must not be given out a second time either.
+void coverAutonumbers(PageFile &file, const JetTable::Known &known, std::span<const storage::Assignment> changes)
+{
+    for (const storage::Assignment &change : changes) {
+        const storage::Column &column = known.map.schema.columns[static_cast<std::size_t>(change.column)];
+        if (!column.autonumber || isRandom(column))
+            continue;
+        const auto *number = std::get_if<std::int64_t>(&change.value);
+        if (!number) {
+            throw StorageError(StorageError::Required, u"%1: Das Feld darf nicht leer sein."_s.arg(column.name),
+                               column.name);
+        }
+        TableCounters counters(file, known.def.page);
+        coverAutonumber(counters, *number);
     }
 }
 
@@ -81,7 +103,9 @@ void JetTable::update(storage::RowId id, std::span<const storage::Assignment> va
     change([&](const Known &known) -> storage::RowId {
         PageFile &file = m_database.file();
         std::vector<ColumnValue> fields;
-        for (const storage::Assignment &change : Constraints(known.map, m_database.codec()).changes(values))
+        const std::vector<storage::Assignment> changes = Constraints(known.map, m_database.codec()).changes(values);
+        coverAutonumbers(file, known, changes);
+        for (const storage::Assignment &change : changes)
             fields.push_back({&known.map.columns[static_cast<std::size_t>(change.column)], change.value});
         const Relations relations(m_database, known.def);
         const FoundRow row = requireRow(file, known.def, id, m_entry.name);
