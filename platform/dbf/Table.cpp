@@ -72,7 +72,7 @@ qint64 Table::recordCount()
     const bool ours = m_state.running && m_state.running->holds(m_file, lockBase);
     constexpr storage::ByteRange head{lockBase, 1};
     const bool waited
-        = !ours && storage::retryForAWhile([this] { return m_file.file().tryLock(head, storage::LockKind::Shared); });
+        = !ours && storage::retryForAWhile([&] { return m_file.file().tryLock(head, storage::LockKind::Shared); });
     const auto count = countIfComplete();
     if (waited)
         m_file.file().unlock(head);
