@@ -29,7 +29,7 @@ QStringList zeilenVon(const QString &pfad)
 {
     QFile datei(storage::existingPath(storage::localPath(pfad)));
     if (!datei.open(QIODevice::ReadOnly))
-        throw RunTimeError(57, u"%1: %2"_s.arg(pfad, datei.errorString()));
+        throw RunTimeError(RunTimeError::DeviceFailed, u"%1: %2"_s.arg(pfad, datei.errorString()));
     const QByteArray bytes = datei.readAll();
     QString text = storage::windows1252.decode(std::as_bytes(std::span(bytes.constData(), std::size_t(bytes.size()))));
     QStringList zeilen = text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').split(u'\n');

@@ -97,6 +97,9 @@ class Files
 {
 public:
     virtual ~Files() = default;
+
+    // Both throw RunTimeError 75 if one may not look there and 57 if the drive fails.
+
     virtual bool exists(const QString &path) const = 0;
     /// The names (without folder) of the files that match a path with wildcards in its last part, case-insensitively,
     /// in the order of the folder's listing: sorted by name. Empty if there are none or the folder does not exist.

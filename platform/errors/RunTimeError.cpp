@@ -22,6 +22,10 @@ QString RunTimeError::standardText(int number)
         return u"Index außerhalb des gültigen Bereichs"_s;
     case TypeMismatch:
         return u"Typen unverträglich"_s;
+    case DeviceFailed:
+        return u"Fehler beim Lesen oder Schreiben eines Geräts"_s;
+    case PathAccess:
+        return u"Fehler beim Zugriff auf Pfad oder Datei"_s;
     case PathNotFound:
         return u"Pfad nicht gefunden"_s;
     case ObjectNotSet:

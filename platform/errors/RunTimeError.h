@@ -26,6 +26,8 @@ public:
     static constexpr int Overflow = 6;
     static constexpr int SubscriptOutOfRange = 9;
     static constexpr int TypeMismatch = 13;
+    static constexpr int DeviceFailed = 57;
+    static constexpr int PathAccess = 75;
     static constexpr int PathNotFound = 76;
     static constexpr int ObjectNotSet = 91;
     static constexpr int InvalidPropertyValue = 380;

@@ -14,6 +14,7 @@
 
 #include "platform/desktop/qt/QtDesktop.h"
 #include "platform/errors/RunTimeError.h"
+#include "tests/fakes/NoRights.h"
 
 using namespace Qt::StringLiterals;
 using namespace desktop;
@@ -132,6 +133,24 @@ TEST_F(DesktopTest, FilesAreListedWithoutCase)
     EXPECT_TRUE(desktop.files.exists(windowsPath + u"\\EINS.pck"_s));
     EXPECT_FALSE(desktop.files.exists(windowsPath + u"\\drei.pck"_s));
     EXPECT_EQ(desktop.files.shortPath(windowsPath), windowsPath);
+}
+
+TEST_F(DesktopTest, FilesThatMayNotBeSeenAreNotMissing)
+{
+    makeFile(u"Eins.PCK"_s);
+    const auto numberOf = [](const auto &question) {
+        try {
+            question();
+        } catch (const RunTimeError &error) {
+            return error.Number();
+        }
+        return 0;
+    };
+    const NoRights none(folder.path());
+    EXPECT_EQ(numberOf([&] { desktop.files.list(folder.path() + u"/*.PCK"_s); }), 75);
+    EXPECT_EQ(numberOf([&] { desktop.files.list(folder.path() + u"/Ordner/*.PCK"_s); }), 75);
+    EXPECT_EQ(numberOf([&] { desktop.files.exists(folder.path() + u"/Eins.PCK"_s); }), 75);
+    EXPECT_FALSE(desktop.files.exists(folder.path() + u"x/Eins.PCK"_s));
 }
 
 TEST_F(DesktopTest, RestingIsShortAndStillHandlesEvents)

@@ -14,13 +14,13 @@ public:
         : m_folder(QFile::encodeName(folder))
     {
         chmod(m_folder.constData(), 0);
-        if (m_super)
-            m_dropped = seteuid(nobody) == 0;
+        if (m_super) // the real user as well: some questions are answered for that one
+            m_dropped = setresuid(nobody, nobody, 0) == 0;
     }
     ~NoRights()
     {
         if (m_dropped)
-            m_dropped = seteuid(0) != 0;
+            m_dropped = setresuid(0, 0, 0) != 0;
         chmod(m_folder.constData(), 0700);
     }
     NoRights(const NoRights &) = delete;
