@@ -42,7 +42,7 @@ std::unique_ptr<storage::Database> DbfDriver::create(const storage::OpenRequest 
     std::error_code error;
     std::filesystem::create_directory(QFileInfo(folder).filesystemFilePath(), error);
     if (error)
-        throw storage::fileError(error.value(), folder, u"Anlegen"_s);
+        throw storage::nameError(error.value(), folder, u"Anlegen"_s);
     return std::make_unique<Database>(m_files, folder, false);
 }
 

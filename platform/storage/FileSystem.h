@@ -6,6 +6,7 @@
 #include <QString>
 
 #include "platform/storage/Bytes.h"
+#include "platform/storage/StorageError.h"
 
 /// The files below the formats. All access to a database and to what lies beside it goes through here, so that a test
 /// can let any single operation fail.
@@ -79,9 +80,12 @@ public:
 FileSystem &systemFiles();
 
 /// What the operating system's error means for `what` ("Schreiben") on a file.
-class StorageError fileError(int systemError, const QString &path, const QString &what);
+StorageError fileError(int systemError, const QString &path, const QString &what);
 /// The same for making, removing and renaming, which the folder may not allow.
 StorageError nameError(int systemError, const QString &path, const QString &what);
+
+/// What kind of failure the operating system's error is.
+StorageError::Kind errorKind(int systemError);
 
 /// The bytes of an array; valid as long as the array.
 Bytes bytesOf(const QByteArray &array);

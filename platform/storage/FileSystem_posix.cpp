@@ -177,6 +177,8 @@ public:
             const bool refused = error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
             if (refused && access == Access::ReadWrite && ::access(name.constData(), R_OK) == 0)
                 throw StorageError(StorageError::ReadOnly, u"%1 ist schreibgeschützt"_s.arg(path));
+            if (error == EISDIR)
+                throw StorageError(StorageError::Missing, u"%1 ist keine Datei"_s.arg(path));
             throw fileError(error, path, u"Öffnen"_s);
         }
         struct stat facts { };
@@ -240,39 +242,28 @@ FileSystem &systemFiles()
     return files;
 }
 
-StorageError nameError(int systemError, const QString &path, const QString &what)
+StorageError::Kind errorKind(int systemError)
 {
-    if (systemError == EACCES || systemError == EPERM || systemError == EROFS) {
-        return {StorageError::FolderReadOnly,
-                u"%1: %2 nicht möglich, der Ordner ist schreibgeschützt"_s.arg(path, what)};
-    }
-    return fileError(systemError, path, what);
-}
-
-StorageError fileError(int systemError, const QString &path, const QString &what)
-{
-    const QString place = u"%1: %2 nicht möglich"_s.arg(path, what);
     switch (systemError) {
     case ENOENT:
     case ENOTDIR:
-        return {StorageError::Missing, u"%1 gibt es nicht"_s.arg(path)};
     case EISDIR:
-        return {StorageError::Missing, u"%1 ist keine Datei"_s.arg(path)};
+        return StorageError::Missing;
     case EEXIST:
-        return {StorageError::AlreadyExists, u"%1 gibt es schon"_s.arg(path)};
+        return StorageError::AlreadyExists;
     case EACCES:
     case EPERM:
-        return {StorageError::NoPermission, place + u", die Berechtigung fehlt"_s};
+        return StorageError::NoPermission;
     case EROFS:
-        return {StorageError::ReadOnly, place + u", der Datenträger ist schreibgeschützt"_s};
+        return StorageError::ReadOnly;
     case ENOSPC:
     case EDQUOT:
-        return {StorageError::DiskFull, place + u", der Datenträger ist voll"_s};
+        return StorageError::DiskFull;
     case EFBIG:
-        return {StorageError::FileFull, place + u", die Datei würde zu groß"_s};
+        return StorageError::FileFull;
     case EBUSY:
     case ETXTBSY:
-        return {StorageError::Locked, place + u", ein anderes Programm benutzt die Datei"_s};
+        return StorageError::Locked;
     case ESTALE:
     case ENOTCONN:
     case ECONNRESET:
@@ -286,10 +277,9 @@ StorageError fileError(int systemError, const QString &path, const QString &what
     case ENXIO:
     case ENOLINK:
     case ENOMEDIUM:
-        return {StorageError::ConnectionLost, place + u", die Verbindung ist unterbrochen"_s};
+        return StorageError::ConnectionLost;
     default:
-        return {StorageError::InputOutput,
-                u"%1 (Fehler %2: %3)"_s.arg(place).arg(systemError).arg(qt_error_string(systemError))};
+        return StorageError::InputOutput;
     }
 }
 
