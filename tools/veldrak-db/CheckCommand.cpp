@@ -12,7 +12,7 @@ namespace {
 
 jet::VerifyReport checkJet(const Source &source, Output &output)
 {
-    jet::PageFile file({source.path(), source.password(), true});
+    jet::PageFile file(storage::systemFiles(), {source.path(), source.password(), true});
     return jet::verify(file, [&output](const QString &what) { output.progress(what); });
 }
 
