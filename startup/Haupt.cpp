@@ -122,6 +122,7 @@ frmInfoStart &Haupt::InfoStart()
 void Haupt::zeigeStatus(const QString &text)
 {
     Status().setze_lbStatus(text);
+    Status().raise(); // a box that was answered has brought its own window in front
     DoEvents();
 }
 
