@@ -59,7 +59,10 @@ using Arguments = std::vector<Argument>;
 /// Threads: the one that created it. Every member may throw AutomationError.
 ///
 /// What an implementation owes its callers, whatever the other program does:
-/// - A call ends after a fixed time at the latest, and handles no user event meanwhile.
+/// - A call ends after a fixed time at the latest, and handles no user event meanwhile. (COM itself waits for ever and
+///   dispatches messages: its message filter has to answer MessagePending with "wait, do not process", and cancel.)
+/// - A program that is gone is 462, whether it went before the call or during it (COM: RPC_S_SERVER_UNAVAILABLE,
+///   RPC_E_DISCONNECTED, RPC_E_SERVER_DIED).
 /// - A program that says it is busy (COM: RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER, for which a message filter
 ///   is asked) has done nothing: it is asked again after a short pause, until the time is up. Nobody is told before.
 /// - A call without an answer in time may have been carried out: it fails and is never repeated.
