@@ -106,6 +106,16 @@ bool Catalog::isListed(const IndexDef &names, const CatalogEntry &entry) const
     return false;
 }
 
+bool Catalog::has(const CatalogEntry &entry) const
+{
+    const auto found = findRow(m_store, m_def, entry.row);
+    if (!found)
+        return false;
+    const SystemRow row(m_store, m_codec, m_def, found->view);
+    return static_cast<std::uint32_t>(row.number(u"Id")) == entry.id && row.number(u"Type") == entry.type
+        && row.text(u"Name") == entry.name;
+}
+
 QByteArray Catalog::properties(RowPointer where) const
 {
     const auto found = findRow(m_store, m_def, where);

@@ -36,6 +36,8 @@ public:
 
     const TableDef &def() const { return m_def; }
     std::vector<CatalogEntry> entries() const;
+    /// Whether an object that was read before is still listed, under the same name.
+    bool has(const CatalogEntry &entry) const;
     /// The property list of an entry; empty if it has none.
     QByteArray properties(RowPointer row) const;
 

@@ -20,27 +20,55 @@ bool sameShape(const storage::TableSchema &left, const storage::TableSchema &rig
     return std::ranges::equal(
                left.columns, right.columns,
                [](const storage::Column &a, const storage::Column &b) { return a.name == b.name && a.type == b.type; })
-        && std::ranges::equal(left.indexes, right.indexes,
-                              [](const storage::Index &a, const storage::Index &b) { return a.name == b.name; });
+        && std::ranges::equal(left.indexes, right.indexes, [](const storage::Index &a, const storage::Index &b) {
+               return a.name == b.name
+                   && std::ranges::equal(a.columns, b.columns,
+                                         [](const storage::IndexColumn &one, const storage::IndexColumn &other) {
+                                             return one.column == other.column && one.descending == other.descending;
+                                         });
+           });
 }
 
 } // namespace
 
-JetCursor::JetCursor(const JetTable &table, std::optional<FoundRow> row)
+JetCursor::JetCursor(const JetTable &table)
     : m_table(table)
     , m_known(table.known())
+{ }
+
+JetCursor::JetCursor(const JetTable &table, JetTable::KnownPtr known, FoundRow row)
+    : m_table(table)
+    , m_known(std::move(known))
     , m_row(std::move(row))
+    , m_rowGeneration(m_known->generation)
 { }
 
 /// Takes the table as it is now.
 void JetCursor::catchUp() const
 {
     const JetTable::KnownPtr known = m_table.known();
-    if (!sameShape(known->map.schema, m_known->map.schema)) {
-        throw StorageError(StorageError::Locked,
-                           u"%1 wurde inzwischen von einem anderen Programm umgebaut."_s.arg(m_table.place()));
-    }
+    if (!sameShape(known->map.schema, m_known->map.schema))
+        refuseRebuilt();
     m_known = known;
+}
+
+void JetCursor::refuseRebuilt() const
+{
+    throw StorageError(StorageError::Locked,
+                       u"%1 wurde inzwischen von einem anderen Programm umgebaut."_s.arg(m_table.place()));
+}
+
+/// Takes the row as it is now.
+void JetCursor::findAgain() const
+{
+    catchUp();
+    auto row = findRow(m_table.database().file(), m_known->def, m_row->home);
+    if (!row) {
+        throw StorageError(StorageError::RowGone,
+                           u"%1: Der Datensatz wurde inzwischen gelöscht."_s.arg(m_table.place()));
+    }
+    m_row = std::move(row);
+    m_rowGeneration = m_known->generation;
 }
 
 bool JetCursor::next()
@@ -61,6 +89,7 @@ bool JetCursor::next()
                              if (!found)
                                  return false;
                              m_row = std::move(found);
+                             m_rowGeneration = m_generation;
                              return true;
                          });
                      });
@@ -74,27 +103,19 @@ storage::RowId JetCursor::rowId() const
 storage::Value JetCursor::value(int column) const
 {
     const JetDatabase &database = m_table.database();
-    const auto read = [&] {
-        return readField(database.file(), database.codec(), m_row->view,
-                         m_known->map.columns.at(static_cast<std::size_t>(column)));
-    };
+    PageFile &file = database.file();
+    const auto position = static_cast<std::size_t>(column);
     return withPlace(
         [this] { return u"%1, Seite %2, Zeile %3"_s.arg(m_table.place()).arg(m_row->body.page).arg(m_row->body.row); },
         [&] {
-            try {
-                return read();
-            } catch (const PagesChanged &) {
-                return unhurried(database.file(), [&] {
-                    catchUp();
-                    auto row = m_table.find(m_row->home);
-                    if (!row) {
-                        throw StorageError(StorageError::RowGone,
-                                           u"%1: Der Datensatz wurde inzwischen gelöscht."_s.arg(m_table.place()));
-                    }
-                    m_row = std::move(row);
-                    return read();
-                });
-            }
+            return unhurried(file, [&] {
+                if (position >= m_known->map.columns.size())
+                    refuseRebuilt();
+                // What a row only points to may be something else by now; the rest stands on the page it holds.
+                if (m_known->map.columns[position].isLong() && m_rowGeneration != file.generation())
+                    findAgain();
+                return readField(file, database.codec(), m_row->view, m_known->map.columns[position]);
+            });
         });
 }
 
@@ -120,7 +141,10 @@ RangeCursor::RangeCursor(const JetTable &table, const storage::KeyRange &range)
 void RangeCursor::start(const std::optional<RowPointer> &behind)
 {
     PageFile &file = table().database().file();
-    const IndexDef &index = known().def.indexes[known().map.trees.at(static_cast<std::size_t>(m_range.index))];
+    const auto position = static_cast<std::size_t>(m_range.index);
+    if (position >= known().map.trees.size())
+        refuseRebuilt();
+    const IndexDef &index = known().def.indexes[known().map.trees[position]];
     IndexKeyMaker keys(known().def, index, file.isJet4());
     const auto bound = [&keys](const std::optional<storage::Bound> &end) {
         return end ? std::optional(keys.bound(end->key, end->inclusive)) : std::nullopt;
@@ -157,8 +181,8 @@ void RangeCursor::checkKey(const FoundRow &row) const
         damaged(row.home.page, u"Zeile %1 steht mit einem falschen Schlüssel in einem Index"_s.arg(row.home.row));
 }
 
-SingleRowCursor::SingleRowCursor(const JetTable &table, FoundRow row)
-    : JetCursor(table, std::move(row))
+SingleRowCursor::SingleRowCursor(const JetTable &table, JetTable::KnownPtr known, FoundRow row)
+    : JetCursor(table, std::move(known), std::move(row))
 { }
 
 } // namespace jet

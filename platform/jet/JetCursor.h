@@ -12,8 +12,9 @@ namespace jet {
 /// What the cursors of a table share: the row that they stand on, and its values. When another program has written
 /// meanwhile, they go on behind that row in the new state of the file.
 ///
-/// Errors  StorageError: Damaged; RowGone and Locked when another program has deleted the row, or changed the table's
-///         columns or indexes.
+/// Errors  StorageError: Damaged; RowGone, NoSuchTable and Locked when another program has deleted the row or the
+/// table,
+///         or changed the table's columns or indexes.
 class JetCursor : public storage::Cursor
 {
 public:
@@ -22,7 +23,9 @@ public:
     storage::Value value(int column) const override;
 
 protected:
-    explicit JetCursor(const JetTable &table, std::optional<FoundRow> row = {});
+    explicit JetCursor(const JetTable &table);
+    /// Stands on a row already.
+    JetCursor(const JetTable &table, JetTable::KnownPtr known, FoundRow row);
 
     /// Prepares for finding the rows behind the one that was found last, or all if none was.
     virtual void start(const std::optional<RowPointer> &behind) = 0;
@@ -30,13 +33,16 @@ protected:
     virtual std::optional<FoundRow> findNext() = 0;
     const JetTable &table() const { return m_table; }
     const JetTable::Known &known() const { return *m_known; }
+    [[noreturn]] void refuseRebuilt() const;
 
 private:
     void catchUp() const;
+    void findAgain() const;
 
     const JetTable &m_table;
     mutable JetTable::KnownPtr m_known;
-    mutable std::optional<FoundRow> m_row;
+    mutable std::optional<FoundRow> m_row{};
+    mutable std::uint64_t m_rowGeneration = 0;
     std::uint64_t m_generation = 0; // of the last start
     bool m_started = false;
 };
@@ -79,7 +85,7 @@ private:
 class SingleRowCursor final : public JetCursor
 {
 public:
-    SingleRowCursor(const JetTable &table, FoundRow row);
+    SingleRowCursor(const JetTable &table, JetTable::KnownPtr known, FoundRow row);
 
 private:
     void start(const std::optional<RowPointer> &) override { }

@@ -114,7 +114,9 @@ JetTable &JetDatabase::tableOf(const CatalogEntry &entry)
 {
     std::unique_ptr<JetTable> &table = m_tables[entry.id];
     // The page of a dropped table may be another one's now.
-    if (!table || table->entry().row != entry.row || table->entry().name != entry.name)
+    if (table && (table->entry().row != entry.row || table->entry().name != entry.name))
+        m_formerTables.push_back(std::move(table));
+    if (!table)
         table = std::make_unique<JetTable>(*this, entry);
     return *table;
 }

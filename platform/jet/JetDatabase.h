@@ -75,6 +75,7 @@ private:
     mutable std::uint64_t m_entriesGeneration = 0;
     mutable bool m_entriesRead = false;
     std::map<PageNo, std::unique_ptr<JetTable>> m_tables;
+    std::vector<std::unique_ptr<JetTable>> m_formerTables; // cursors may still refer to them
 };
 
 } // namespace jet

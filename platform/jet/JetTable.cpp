@@ -6,6 +6,7 @@
 #include "platform/jet/TableDefFile.h"
 
 using namespace Qt::StringLiterals;
+using storage::StorageError;
 
 namespace jet {
 
@@ -36,10 +37,15 @@ JetTable::KnownPtr JetTable::readDefinition() const
 {
     PageFile &file = m_database.file();
     const std::uint64_t generation = file.generation();
+    const Catalog catalog(file, m_database.codec());
+    if (!catalog.has(m_entry)) {
+        throw StorageError(StorageError::NoSuchTable, u"%1 wurde inzwischen gelöscht oder neu angelegt."_s.arg(place()),
+                           m_entry.name);
+    }
     TableDef def = readTableDef(file, m_database.codec(), m_entry.id);
     if (m_entry.isUserTable() && def.type != TableDef::User)
         damaged(m_entry.id, u"die Definition ist die einer Systemtabelle"_s);
-    const QByteArray properties = Catalog(file, m_database.codec()).properties(m_entry.row);
+    const QByteArray properties = catalog.properties(m_entry.row);
     SchemaMap map = makeSchema(m_entry.name, def, properties, m_database.codec());
     return std::make_shared<Known>(Known{generation, std::move(def), std::move(map)});
 }
@@ -69,17 +75,18 @@ std::unique_ptr<storage::Cursor> JetTable::range(const storage::KeyRange &range)
 
 std::unique_ptr<storage::Cursor> JetTable::row(storage::RowId id)
 {
-    auto found = find(RowPointer::fromNumber(static_cast<std::uint32_t>(id)));
-    if (!found)
-        return nullptr;
-    return std::make_unique<SingleRowCursor>(*this, std::move(*found));
-}
-
-std::optional<FoundRow> JetTable::find(RowPointer home) const
-{
+    const RowPointer home = RowPointer::fromNumber(static_cast<std::uint32_t>(id));
     PageFile &file = m_database.file();
     return withPlace([this] { return place(); },
-                     [&] { return unhurried(file, [&] { return findRow(file, known()->def, home); }); });
+                     [&] {
+                         return unhurried(file, [&]() -> std::unique_ptr<storage::Cursor> {
+                             KnownPtr now = known();
+                             auto found = findRow(file, now->def, home);
+                             if (!found)
+                                 return nullptr;
+                             return std::make_unique<SingleRowCursor>(*this, std::move(now), std::move(*found));
+                         });
+                     });
 }
 
 } // namespace jet

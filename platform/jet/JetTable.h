@@ -35,15 +35,13 @@ public:
         SchemaMap map;
     };
     using KnownPtr = std::shared_ptr<const Known>;
-    /// Read anew when the definition or the whole file has changed.
+    /// Read anew when the definition or the whole file has changed. Throws NoSuchTable when the table is gone.
     KnownPtr known() const;
     /// Forgets what was read of the definition.
     void definitionChanged() { m_known.reset(); }
 
     const CatalogEntry &entry() const { return m_entry; }
     JetDatabase &database() const { return m_database; }
-    /// The row at a home address, as of now; nothing if there is none.
-    std::optional<FoundRow> find(RowPointer home) const;
     /// The file's name and the table's, for messages.
     QString place() const;
 

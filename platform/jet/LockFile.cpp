@@ -26,6 +26,11 @@ constexpr qint64 userLocks = 0x10000000;
 constexpr qint64 ownKind = 0x70000000;
 // As far as a database can reach.
 constexpr ByteRange wholeDatabase{0, 0x7FFFFFFF};
+// Where the engine locks pages and tables.
+constexpr ByteRange engineLocks{0x20000000, 0x6FF80100 - 0x20000000};
+// Held by the one of our kind who is next, once he has waited for long.
+constexpr ByteRange turn{ownKind + 0x1000, 1};
+constexpr auto longWait = std::chrono::milliseconds(50);
 
 ByteRange userLock(int entry)
 {
@@ -45,6 +50,7 @@ LockFile::LockFile(storage::FileSystem &files, const QString &databasePath)
 {
     if (!storage::retryForAWhile([this] { return tryJoin(); }))
         throw StorageError(StorageError::Locked, u"%1 wird von einem anderen Programm benutzt."_s.arg(databasePath));
+    m_waitingSince.reset();
 }
 
 LockFile::~LockFile()
@@ -66,15 +72,19 @@ QString LockFile::pathFor(const QString &databasePath)
 bool LockFile::tryJoin()
 {
     try {
-        m_file = m_files.exists(m_path) ? m_files.open(m_path, storage::Access::ReadWrite) : m_files.create(m_path);
+        if (!m_file || !m_file->isStillThere())
+            m_file = m_files.exists(m_path) ? m_files.open(m_path, storage::Access::ReadWrite) : m_files.create(m_path);
     } catch (const StorageError &error) {
         // Somebody was faster with making or removing it.
         if (error.kind() == StorageError::AlreadyExists || error.kind() == StorageError::Missing)
             return false;
         throw;
     }
-    if (!takeEntry())
+    if (!isOurTurn() || !takeEntry()) {
+        waitOn();
         return false;
+    }
+    m_file->unlock(turn);
     // The last one to leave may have removed the file between our opening and locking it.
     if (!m_file->isStillThere())
         return false;
@@ -85,8 +95,12 @@ bool LockFile::tryJoin()
 bool LockFile::takeEntry()
 {
     for (m_entry = 1; m_entry <= entries; ++m_entry) {
-        if (m_file->tryLock(userLock(m_entry), LockKind::Exclusive))
-            return m_file->tryLock(ownKindLock(m_entry), LockKind::Exclusive);
+        if (!m_file->tryLock(userLock(m_entry), LockKind::Exclusive))
+            continue;
+        if (m_file->tryLock(ownKindLock(m_entry), LockKind::Exclusive))
+            return true;
+        m_file->unlock(userLock(m_entry)); // somebody is looking whose it is
+        return false;
     }
     return false;
 }
@@ -106,10 +120,33 @@ bool LockFile::tryBeginWriting(storage::File &database)
             m_writeLocks.emplace_back(&file, range);
         return locked;
     };
-    if (lock(*m_file, ownKindLock(0)) && lockOthers() && lock(database, wholeDatabase))
+    if (isOurTurn() && lock(*m_file, ownKindLock(0)) && lockOthers() && lock(*m_file, engineLocks)
+        && lock(database, wholeDatabase)) {
+        m_waitingSince.reset();
+        m_file->unlock(turn);
         return true;
-    endWriting();
+    }
+    unlockAll();
+    waitOn();
     return false;
+}
+
+/// False while another one is next. Who has just begun to wait does not keep anybody from writing: as long as both have
+/// their share, it is faster not to take turns.
+bool LockFile::isOurTurn()
+{
+    if (!m_file->tryLock(turn, LockKind::Exclusive))
+        return false;
+    const bool isLong = m_waitingSince && std::chrono::steady_clock::now() - *m_waitingSince > longWait;
+    if (!isLong)
+        m_file->unlock(turn);
+    return true;
+}
+
+void LockFile::waitOn()
+{
+    if (!m_waitingSince)
+        m_waitingSince = std::chrono::steady_clock::now();
 }
 
 /// Takes the locks of all free entries; false if another kind of program has one.
@@ -143,7 +180,23 @@ bool LockFile::lockOther(int entry)
     return !otherKind;
 }
 
+bool LockFile::isReadable(storage::File &database)
+{
+    const bool locked = database.tryLock(wholeDatabase, LockKind::Shared);
+    if (locked)
+        database.unlock(wholeDatabase);
+    return locked;
+}
+
 void LockFile::endWriting() noexcept
+{
+    unlockAll();
+    m_waitingSince.reset();
+    if (m_file)
+        m_file->unlock(turn);
+}
+
+void LockFile::unlockAll() noexcept
 {
     for (; !m_writeLocks.empty(); m_writeLocks.pop_back())
         m_writeLocks.back().first->unlock(m_writeLocks.back().second);

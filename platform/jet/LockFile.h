@@ -1,7 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <QString>
 
@@ -30,9 +33,13 @@ public:
     LockFile(const LockFile &) = delete;
     LockFile &operator=(const LockFile &) = delete;
 
-    /// Locks out everybody else; false if that is not possible now.
+    /// Locks out everybody else; false if that is not possible now. Who gets tired of trying calls endWriting(): after
+    /// a while of waiting others let us go first.
     bool tryBeginWriting(storage::File &database);
     void endWriting() noexcept;
+
+    /// False while somebody has the database, or a part of it, for himself alone.
+    static bool isReadable(storage::File &database);
 
     static QString pathFor(const QString &databasePath);
 
@@ -42,6 +49,9 @@ private:
     void writeEntry();
     bool lockOthers();
     bool lockOther(int entry);
+    bool isOurTurn();
+    void waitOn();
+    void unlockAll() noexcept;
     void leave();
 
     storage::FileSystem &m_files;
@@ -49,6 +59,7 @@ private:
     std::unique_ptr<storage::File> m_file{};
     int m_entry = 0; // ours, from 1
     std::vector<std::pair<storage::File *, storage::ByteRange>> m_writeLocks{};
+    std::optional<std::chrono::steady_clock::time_point> m_waitingSince{};
 };
 
 } // namespace jet

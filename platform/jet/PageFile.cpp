@@ -7,6 +7,7 @@
 #include "platform/jet/Format.h"
 #include "platform/jet/SystemTables.h"
 #include "platform/jet/UsageMap.h"
+#include "platform/storage/Patience.h"
 
 using namespace Qt::StringLiterals;
 using storage::Access;
@@ -104,6 +105,8 @@ void PageFile::joinUsers()
 {
     try {
         m_lockFile = std::make_unique<LockFile>(m_files, m_path);
+        if (!storage::retryForAWhile([this] { return LockFile::isReadable(*m_file); }))
+            throw StorageError(StorageError::Locked, u"%1 wird von einem anderen Programm benutzt."_s.arg(m_path));
     } catch (const StorageError &error) {
         if (!isForbidden(error))
             throw;
@@ -122,7 +125,7 @@ void PageFile::refresh()
 {
     if (!m_levels.empty())
         return;
-    if (m_journal.isInterrupted() || isBeingWritten())
+    if (m_journal.isInterrupted() || isMarked(readCommitArea()))
         settle();
     look();
 }
@@ -140,6 +143,13 @@ void PageFile::look()
     ++m_generation;
 }
 
+bool PageFile::isAsLastSeen() const
+{
+    const auto isSame = [this] { return readCommitArea() == m_commitArea; };
+    // Two who write leave the same mark; without a journal it is that of a program that was interrupted long ago.
+    return isSame() && (!isMarked(m_commitArea) || (!m_journal.isHot() && isSame()));
+}
+
 PagePtr PageFile::read(PageNo number)
 {
     if (auto changed = findChanged(number))
@@ -151,7 +161,7 @@ PagePtr PageFile::read(PageNo number)
     auto page = std::make_shared<Page>(m_pageSize);
     m_file->read(static_cast<qint64>(m_pageSize) * number, *page);
     // Whoever writes changes the commit area before the first page.
-    if (m_levels.empty() && readCommitArea() != m_commitArea)
+    if (m_levels.empty() && !isAsLastSeen())
         throw PagesChanged(m_path);
     cipher(number, *page);
     m_cache->put(number, page);

@@ -77,7 +77,8 @@ private:
 
     void openFile(bool readOnly);
     void joinUsers();
-    bool isBeingWritten() const;
+    bool isAsLastSeen() const;
+    static bool isMarked(const QByteArray &commitArea);
     void settle();
     bool trySettle();
     void recover(storage::File &file);

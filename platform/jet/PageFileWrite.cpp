@@ -28,6 +28,7 @@ void PageFile::begin()
     requireWritable();
     if (m_levels.empty()) {
         if (!storage::retryForAWhile([this] { return m_lockFile->tryBeginWriting(*m_file); })) {
+            m_lockFile->endWriting();
             throw StorageError(
                 StorageError::Locked,
                 u"%1: Ein anderes Programm hat die Datenbank geöffnet oder ändert sie gerade."_s.arg(path()));
@@ -78,7 +79,10 @@ void PageFile::rollback()
 /// Waits until nobody is writing. If the one who did is gone, what it has left is taken back.
 void PageFile::settle()
 {
-    if (!storage::retryForAWhile([this] { return trySettle(); }))
+    const bool done = storage::retryForAWhile([this] { return trySettle(); });
+    if (m_lockFile)
+        m_lockFile->endWriting();
+    if (!done)
         throw StorageError(StorageError::Locked, u"%1 wird gerade von einem anderen Programm geändert."_s.arg(path()));
 }
 
@@ -170,9 +174,9 @@ QByteArray PageFile::readCommitArea() const
     return m_file->read(static_cast<qint64>(formatOf(*this).commitArea), commitAreaSize);
 }
 
-bool PageFile::isBeingWritten() const
+bool PageFile::isMarked(const QByteArray &commitArea)
 {
-    return readCommitArea().startsWith(QByteArrayView(writing, sizeof writing));
+    return commitArea.startsWith(QByteArrayView(writing, sizeof writing));
 }
 
 void PageFile::checkCommitArea() const

@@ -18,8 +18,8 @@ struct FoundRow {
     RowView view;
 };
 
-/// The row at a home address; nothing if there is none (any more). Throws StorageError::Damaged when the address
-/// cannot be one of the table's, or a moved row is not where it should be.
+/// The row at a home address; nothing if there is none (any more), also when its page is not the table's any more.
+/// Throws StorageError::Damaged when a page of the table is not as it should be, or a moved row not where it should be.
 std::optional<FoundRow> findRow(PageStore &store, const TableDef &def, RowPointer home);
 
 /// Walks over all rows of a table in the order of its pages, or over those behind an address. `def` must outlive it; a
