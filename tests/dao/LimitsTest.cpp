@@ -53,7 +53,7 @@ protected:
     QByteArray content() const
     {
         QByteArray all;
-        const QStringList names = QDir(m_folder.path()).entryList(QDir::Files, QDir::Name);
+        const QStringList names = QDir(m_folder.path()).entryList({u"*.PCK"_s, u"*.DBF"_s, u"*.FPT"_s});
         for (const QString &name : names) {
             QFile file(m_folder.filePath(name));
             EXPECT_TRUE(file.open(QIODevice::ReadOnly));
