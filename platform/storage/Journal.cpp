@@ -184,7 +184,14 @@ bool Journal::isHot() const
 {
     if (!m_files.exists(m_path))
         return false;
-    return m_files.open(m_path, Access::Read)->size() > 0;
+    try {
+        return m_files.open(m_path, Access::Read)->size() > 0;
+    } catch (const StorageError &error) {
+        // Another program has removed it just now, which nobody does to one with content.
+        if (error.kind() != StorageError::Missing)
+            throw;
+        return false;
+    }
 }
 
 Journal::Found Journal::recover(const std::function<File *(const FileChanges &changes)> &fileOf)
