@@ -120,11 +120,16 @@ bool LockFile::tryBeginWriting(storage::File &database)
             m_writeLocks.emplace_back(&file, range);
         return locked;
     };
-    if (isOurTurn() && lock(*m_file, ownKindLock(0)) && lockOthers() && lock(*m_file, engineLocks)
-        && lock(database, wholeDatabase)) {
-        m_waitingSince.reset();
-        m_file->unlock(turn);
-        return true;
+    try {
+        if (isOurTurn() && lock(*m_file, ownKindLock(0)) && lockOthers() && lock(*m_file, engineLocks)
+            && lock(database, wholeDatabase)) {
+            m_waitingSince.reset();
+            m_file->unlock(turn);
+            return true;
+        }
+    } catch (const StorageError &) {
+        endWriting();
+        throw;
     }
     unlockAll();
     waitOn();

@@ -133,19 +133,29 @@ std::unique_ptr<PageFile> createDatabase(storage::FileSystem &files, const stora
 {
     if (files.exists(request.path))
         throw StorageError(StorageError::AlreadyExists, u"%1 gibt es schon."_s.arg(request.path));
-    const QString unfinished = request.path + u".neu"_s;
-    if (files.exists(unfinished))
-        files.remove(unfinished);
+    QString made = request.path + u".neu"_s;
+    const auto clear = [&] {
+        for (const QString &left : {PageFile::journalOf(made), made}) {
+            if (files.exists(left))
+                files.remove(left);
+        }
+    };
+    clear();
     try {
-        fill(*PageFile::create(files, unfinished, newHeader(request, version)));
-        files.rename(unfinished, request.path);
+        fill(*PageFile::create(files, made, newHeader(request, version)));
+        files.rename(made, request.path);
+        made = request.path;
+        files.syncFolderOf(made);
+        return std::make_unique<PageFile>(files, request);
     } catch (const StorageError &) {
-        if (files.exists(unfinished))
-            files.remove(unfinished);
-        throw;
+        const std::exception_ptr failure = std::current_exception();
+        try {
+            clear();
+        } catch (const StorageError &) {
+            // What stays behind is removed next time; the first failure is the one to tell.
+        }
+        std::rethrow_exception(failure);
     }
-    files.syncFolderOf(request.path);
-    return std::make_unique<PageFile>(files, request);
 }
 
 } // namespace jet

@@ -20,12 +20,6 @@ namespace {
 
 constexpr std::size_t cacheBytes = 8U << 20;
 
-/// Nobody takes it for a database, whether by its name or by the short one of eight and three letters.
-QString journalOf(const QString &path)
-{
-    return path + u".vjn"_s;
-}
-
 bool isForbidden(const StorageError &error)
 {
     return error.kind() == StorageError::ReadOnly || error.kind() == StorageError::FolderReadOnly
@@ -33,6 +27,12 @@ bool isForbidden(const StorageError &error)
 }
 
 } // namespace
+
+/// Nobody takes it for a database, whether by its name or by the short one of eight and three letters.
+QString PageFile::journalOf(const QString &path)
+{
+    return path + u".vjn"_s;
+}
 
 PagesChanged::PagesChanged(const QString &path)
     : StorageError(Locked, u"%1 wird gerade von einem anderen Programm geändert."_s.arg(path))

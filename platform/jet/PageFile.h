@@ -45,6 +45,9 @@ public:
     /// a file of that name.
     static std::unique_ptr<PageFile> create(storage::FileSystem &files, const QString &path, const FileHeader &header);
 
+    /// The name of the journal beside a database.
+    static QString journalOf(const QString &path);
+
     QString path() const { return m_path; }
     const FileHeader &header() const { return m_header; }
     bool readOnly() const { return m_whyReadOnly.has_value(); }

@@ -102,6 +102,7 @@ bool PageFile::trySettle()
         return false;
     try {
         recover(file);
+        m_journal.remove();
     } catch (const StorageError &) {
         lockFile.endWriting();
         throw;
@@ -126,7 +127,7 @@ void PageFile::commitToFile(const Level &level)
     writeLE(MutableBytes(first), at, std::max(next, settled));
     const storage::Journal::Part part{*m_file, changesOf(level)};
     m_journal.commit({&part, 1});
-    m_commitArea = readCommitArea();
+    m_commitArea = QByteArrayView(reinterpret_cast<const char *>(first.data()) + at, commitAreaSize).toByteArray();
 }
 
 storage::FileChanges PageFile::changesOf(const Level &level) const

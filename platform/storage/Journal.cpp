@@ -71,8 +71,7 @@ bool belongs(const File &file, const FileChanges &changes)
     const qint64 size = file.size();
     return size >= changes.oldSize && (size <= changes.newSize || leavesLength(changes))
         && std::ranges::all_of(changes.changes, [&](const Change &change) {
-               const QByteArray now = changes.shared ? standingWhole(file, change) : standing(file, change);
-               return isOldOrNew(now, changes, change);
+               return isOldOrNew(standingWhole(file, change), changes, change);
            });
 }
 
@@ -119,16 +118,16 @@ Journal::Journal(FileSystem &files, const QString &path)
     , m_path(path)
 { }
 
-/// Another program that shares the journal may have removed it since.
+/// Another program that shares the journal may have removed it since. One that is found may be from a program that died
+/// before its name was on the disk.
 File &Journal::file()
 {
     if (m_file && !m_file->isStillThere())
         m_file.reset();
-    if (!m_file && m_files.exists(m_path))
-        m_file = m_files.open(m_path, Access::ReadWrite);
     if (!m_file) {
-        m_file = m_files.create(m_path);
+        auto opened = m_files.exists(m_path) ? m_files.open(m_path, Access::ReadWrite) : m_files.create(m_path);
         m_files.syncFolderOf(m_path);
+        m_file = std::move(opened);
     }
     return *m_file;
 }
@@ -196,15 +195,17 @@ bool Journal::isHot() const
 
 Journal::Found Journal::recover(const std::function<File *(const FileChanges &changes)> &fileOf)
 {
-    if (!isHot())
+    if (!isHot()) {
+        m_interrupted = false;
         return Found::Nothing;
+    }
     File &journal = file();
     const auto recorded = decode(journal.read(0, journal.size()));
     Found found = Found::Nothing;
     if (recorded) {
         std::vector<File *> opened;
         bool ours = true;
-        bool complete = true;
+        bool complete = !m_interrupted; // a failure that was told stays one
         for (const FileChanges &changes : *recorded) {
             opened.push_back(fileOf(changes));
             ours = ours && opened.back() && belongs(*opened.back(), changes);
@@ -219,8 +220,12 @@ Journal::Found Journal::recover(const std::function<File *(const FileChanges &ch
             m_interrupted = false;
             return Found::Foreign;
         }
-        for (std::size_t i = 0; i < opened.size() && !complete; ++i)
-            takeBack(*opened[i], (*recorded)[i]);
+        for (std::size_t i = 0; i < opened.size(); ++i) {
+            if (complete)
+                opened[i]->sync(); // the program may have died before it did
+            else
+                takeBack(*opened[i], (*recorded)[i]);
+        }
         found = complete ? Found::Complete : Found::TakenBack;
     }
     forget();

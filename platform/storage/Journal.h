@@ -40,7 +40,7 @@ struct FileChanges {
 /// by their content: a stretch that is neither old nor new belongs to somebody else's file, which is left as it is.
 ///
 /// Locking is the caller's: nobody else may write the files, or use the journal, during commit() and recover().
-/// Flushes: one for the journal, one for each changed file; one more for the folder when the journal is made.
+/// Flushes: one for the journal, one for each changed file; one more for the folder when the journal is first used.
 class Journal
 {
 public:
