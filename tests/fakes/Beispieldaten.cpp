@@ -176,10 +176,10 @@ QString erzeugeMapping(dao::DBEngine &engine, const QString &ordner)
     return pfad;
 }
 
-void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &kennwort)
+void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &kennwort, dao::DBEngine::Version version)
 {
     const QString verbindung = kennwort.isEmpty() ? QString() : u";PWD="_s + kennwort;
-    const auto datenbank = engine.CreateDatabase(pfad, verbindung, engine.dbVersion40);
+    const auto datenbank = engine.CreateDatabase(pfad, verbindung, version);
     schreibe(*datenbank,
              {u"CREATE TABLE sPersKto (PersKtoNummer TEXT(10) NOT NULL CONSTRAINT PrimaryKey PRIMARY KEY, "
               "PersKtoArt SHORT, "_s

@@ -47,7 +47,8 @@ QString erzeugeMapping(dao::DBEngine &engine, const QString &ordner);
 
 /// A client with no accounts, price lists 4 and 5 (and rows of another type), price groups, and four currencies with
 /// the euro in second place. `pfad` ends in .PCK; without password unless one is given.
-void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &kennwort = {});
+void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &kennwort = {},
+                    dao::DBEngine::Version version = dao::DBEngine::dbVersion40);
 
 /// Adds bare accounts ("D010000"), each of its letter's type.
 void fuegeKontenHinzu(dao::DBEngine &engine, const QString &pfad, const QStringList &nummern);

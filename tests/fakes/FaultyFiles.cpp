@@ -39,7 +39,6 @@ void writeFolder(const QString &folder, const FolderContent &content)
 }
 
 Recording::Recording(const QString &folder)
-    : m_folder(QFileInfo(folder).canonicalFilePath())
 {
     for (const auto &[name, bytes] : readFolder(folder)) {
         m_firstNames[name] = static_cast<int>(m_firstContent.size());
@@ -89,10 +88,13 @@ public:
         : m_seed(seed)
         , m_random(seed)
     { }
-    bool happens() { return m_seed == 1 || (m_seed != 0 && m_random() % 2 == 0); }
-    std::size_t upTo(std::size_t count) { return m_seed == 0 ? 0 : m_seed == 1 ? count : m_random() % (count + 1); }
+    bool halvesTheLast() const { return m_seed == 2; }
+    bool happens() { return isAll() || (m_seed != 0 && m_random() % 2 == 0); }
+    std::size_t upTo(std::size_t count) { return m_seed == 0 ? 0 : isAll() ? count : m_random() % (count + 1); }
 
 private:
+    bool isAll() const { return m_seed == 1 || m_seed == 2; }
+
     unsigned m_seed;
     std::mt19937 m_random;
 };
@@ -137,7 +139,9 @@ FolderContent Recording::afterPowerLoss(std::size_t operations, unsigned seed) c
     }
     std::vector<QByteArray> contents = m_firstContent;
     for (std::size_t i = 0; i < operations; ++i) {
-        const Operation &operation = m_operations[i];
+        Operation operation = m_operations[i];
+        if (i + 1 == operations && luck.halvesTheLast())
+            operation.bytes.truncate(operation.bytes.size() / 2 / sector * sector);
         if (operation.kind == Kind::Write || operation.kind == Kind::Resize)
             change(contents[std::size_t(operation.file)], operation, i < flushedTo[operation.file], luck);
     }
@@ -188,7 +192,7 @@ public:
             m_files.change(path(), u"Schreiben"_s);
         } catch (const StorageError &) {
             if (m_files.m_fault.partly && m_files.count(m_files.m_fault.of) == m_files.m_fault.at)
-                writeNow(position, bytes.first(bytes.size() / 2));
+                writeNow(position, bytes.first(bytes.size() / 2 / sector * sector));
             throw;
         }
         writeNow(position, bytes);

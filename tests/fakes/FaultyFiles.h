@@ -23,7 +23,7 @@ struct Fault {
     int at = 0; ///< the operation, counted from 1; 0: none
     int error = EIO; ///< of the operating system; 0 lets a read meet the end of the file
     bool lasting = false; ///< all operations of that kind fail from then on
-    bool partly = false; ///< a write writes its first half
+    bool partly = false; ///< a write writes the sectors of its first half
     bool kill = false; ///< it and everything after it fails, as if the program had ended
 };
 
@@ -45,7 +45,7 @@ public:
     const std::vector<Operation> &operations() const { return m_operations; }
     /// A folder as the disk may have it when the power fails after that many operations: what was not flushed has
     /// happened in part (by sectors of 512 bytes), names up to some point. Each seed gives another outcome; 0 is that
-    /// nothing of it has happened, 1 that all has.
+    /// nothing of it has happened, 1 that all has, 2 that all has but half of the last write.
     FolderContent afterPowerLoss(std::size_t operations, unsigned seed) const;
 
 private:
@@ -54,7 +54,6 @@ private:
     int fileAt(const QString &name) const;
     void add(const Operation &operation);
 
-    QString m_folder;
     std::map<QString, int> m_names{}; // now
     std::map<QString, int> m_firstNames{};
     std::vector<QByteArray> m_firstContent{}; // by file
