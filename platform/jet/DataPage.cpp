@@ -86,11 +86,6 @@ DataPage::DataPage(PageStore &store, PageNo number)
     check();
 }
 
-PageNo DataPage::ownerOn(const Page &page)
-{
-    return readLE<std::uint16_t>(page, 0) == dataPageTag ? readLE<std::uint32_t>(page, 4) : 0;
-}
-
 void DataPage::check() const
 {
     if (readLE<std::uint16_t>(*m_page, 0) != dataPageTag)

@@ -27,9 +27,6 @@ class DataPage
 public:
     DataPage(PageStore &store, PageNo number);
 
-    /// Whom a page belongs to if it is a data page; 0 for any other page.
-    static PageNo ownerOn(const Page &page);
-
     PageNo number() const { return m_number; }
     PageNo owner() const { return m_owner; }
     /// Throws StorageError::Damaged unless the page belongs to `owner`.

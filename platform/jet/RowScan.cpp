@@ -37,18 +37,12 @@ std::optional<FoundRow> rowAt(PageStore &store, const TableDef &def, RowPointer 
     return std::nullopt;
 }
 
-/// A page that does not look like the table's is no damage if the table has given it back.
-bool isGivenBack(PageStore &store, const TableDef &def, PageNo number)
-{
-    const bool isOwn = number < store.pageCount() && DataPage::ownerOn(*store.read(number)) == def.page;
-    return !isOwn && !UsageMap(store, def.ownedMap).contains(number);
-}
-
 } // namespace
 
 std::optional<FoundRow> findRow(PageStore &store, const TableDef &def, RowPointer home)
 {
-    if (isGivenBack(store, def, home.page))
+    // A page that was given back may look as before, and is no damage if it does not.
+    if (!UsageMap(store, def.ownedMap).contains(home.page))
         return std::nullopt;
     const DataPage page(store, home.page);
     page.requireOwner(def.page);
