@@ -32,14 +32,16 @@ QString recordPlace(const TableFile &file, RowId id)
 
 } // namespace
 
+/// A field's new content, encoded.
+struct Table::NewField {
+    const Field *field;
+    QByteArray bytes;
+};
+
 /// The fields that a statement sets, encoded before anything is written.
 struct Table::NewContent {
-    struct Part {
-        const Field *field;
-        QByteArray bytes;
-    };
-    std::vector<Part> fields;
-    std::vector<Part> memos;
+    std::vector<NewField> fields;
+    std::vector<NewField> memos;
 };
 
 Table::Table(const QString &path, WriteState &state)
@@ -157,18 +159,21 @@ void Table::requireWritable()
     requireNoIndex();
 }
 
+Table::NewField Table::encoded(const Assignment &assignment) const
+{
+    const Field &field = m_layout.fields.at(std::size_t(assignment.column));
+    return {&field, (field.type == 'M' ? encodeMemo : encode)(field, assignment.value, *m_layout.codepage)};
+}
+
 Table::NewContent Table::encodeAll(std::span<const Assignment> values)
 {
     NewContent content;
     for (const Assignment &assignment : values) {
-        const Field &field = m_layout.fields.at(std::size_t(assignment.column));
-        if (field.type != 'M') {
-            content.fields.push_back({&field, encode(field, assignment.value, *m_layout.codepage)});
-            continue;
-        }
-        content.memos.push_back({&field, encodeMemo(field, assignment.value, *m_layout.codepage)});
-        if (!content.memos.back().bytes.isEmpty())
+        NewField part = encoded(assignment);
+        const bool isMemo = part.field->type == 'M';
+        if (isMemo && !part.bytes.isEmpty())
             memo().requireWritable();
+        (isMemo ? content.memos : content.fields).push_back(std::move(part));
     }
     return content;
 }
@@ -200,6 +205,11 @@ QByteArray Table::lockRecord(Transaction &transaction, RowId id)
     if (isDeleted(*this, bytesOf(record), id))
         throw gone();
     return record;
+}
+
+void Table::requireStorable(const Assignment &value) const
+{
+    encoded(value);
 }
 
 RowId Table::insert(std::span<const Assignment> values)

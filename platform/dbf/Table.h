@@ -25,6 +25,7 @@ public:
     std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override;
     std::unique_ptr<storage::Cursor> row(storage::RowId id) override;
 
+    void requireStorable(const storage::Assignment &value) const override;
     storage::RowId insert(std::span<const storage::Assignment> values) override;
     void update(storage::RowId id, std::span<const storage::Assignment> values) override;
     void remove(storage::RowId id) override;
@@ -40,11 +41,13 @@ public:
     std::optional<QString> memoPath() const;
 
 private:
+    struct NewField;
     struct NewContent;
 
     qint64 recordCount();
     void requireWritable();
     MemoFile &memo();
+    NewField encoded(const storage::Assignment &assignment) const;
     NewContent encodeAll(std::span<const storage::Assignment> values);
     void put(Transaction &transaction, const NewContent &content, QByteArray &record);
     QByteArray lockRecord(Transaction &transaction, storage::RowId id);

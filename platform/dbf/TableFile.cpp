@@ -12,21 +12,13 @@ using storage::StorageError;
 namespace dbf {
 
 TableFile::TableFile(storage::FileSystem &files, const QString &path, bool forWriting)
-{
-    if (forWriting) {
-        try {
-            m_file = files.open(path, Access::ReadWrite);
-            return;
-        } catch (const StorageError &error) {
-            if (error.kind() != StorageError::ReadOnly)
-                throw;
-            m_whyReadOnly = error;
-        }
-    } else {
-        m_whyReadOnly = StorageError(StorageError::ReadOnly, u"%1 ist nur zum Lesen geöffnet"_s.arg(path));
-    }
-    m_file = files.open(path, Access::Read);
-}
+    : TableFile(storage::openAsFarAsPossible(files, path, forWriting))
+{ }
+
+TableFile::TableFile(storage::OpenedFile opened)
+    : m_file(std::move(opened.file))
+    , m_whyReadOnly(std::move(opened.whyReadOnly))
+{ }
 
 void TableFile::requireWritable() const
 {

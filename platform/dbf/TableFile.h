@@ -56,6 +56,7 @@ public:
     storage::File &file() { return *m_file; }
 
 private:
+    explicit TableFile(storage::OpenedFile opened);
     qint64 heldEnd() const;
 
     std::unique_ptr<storage::File> m_file;

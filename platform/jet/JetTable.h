@@ -24,6 +24,7 @@ public:
     std::unique_ptr<storage::Cursor> scan() override;
     std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override;
     std::unique_ptr<storage::Cursor> row(storage::RowId id) override;
+    void requireStorable(const storage::Assignment &value) const override;
     storage::RowId insert(std::span<const storage::Assignment> values) override;
     void update(storage::RowId id, std::span<const storage::Assignment> values) override;
     void remove(storage::RowId id) override;

@@ -8,6 +8,7 @@
 #include "platform/jet/Relations.h"
 #include "platform/jet/TableDefFile.h"
 #include "platform/jet/TableWriter.h"
+#include "platform/jet/ValueCodec.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
@@ -78,6 +79,18 @@ void JetTable::requireUsersTable() const
         throw StorageError(StorageError::Unsupported, u"Die Systemtabelle %1 wird nicht geändert."_s.arg(m_entry.name),
                            m_entry.name);
     }
+}
+
+void JetTable::requireStorable(const storage::Assignment &value) const
+{
+    withPlace([this] { return place(); },
+              [&] {
+                  const KnownPtr known = this->known();
+                  const ColumnDef &column = known->map.columns.at(static_cast<std::size_t>(value.column));
+                  const Value fitting = fitValue(column, value.value, m_database.codec());
+                  if (column.type != ColumnType::Boolean && !storage::isNull(fitting))
+                      encodeValue(column, fitting, m_database.codec());
+              });
 }
 
 storage::RowId JetTable::insert(std::span<const storage::Assignment> values)

@@ -43,7 +43,9 @@ PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &reque
     , m_path(request.path)
     , m_journal(files, journalOf(request.path))
 {
-    openFile(request.readOnly);
+    auto [file, whyReadOnly] = storage::openAsFarAsPossible(files, m_path, !request.readOnly);
+    m_file = std::move(file);
+    m_whyReadOnly = std::move(whyReadOnly);
     const QByteArray start = m_file->read(0, std::min<qint64>(m_file->size(), FileHeader::bytesNeeded));
     m_header = FileHeader::parse(storage::bytesOf(start));
     m_pageSize = formatOf(*this).pageSize;
@@ -81,23 +83,6 @@ std::unique_ptr<PageFile> PageFile::create(storage::FileSystem &files, const QSt
     const auto file = files.create(path);
     file->write(0, first);
     return std::make_unique<PageFile>(files, storage::OpenRequest{path, header.password, false});
-}
-
-void PageFile::openFile(bool readOnly)
-{
-    if (!readOnly) {
-        try {
-            m_file = m_files.open(m_path, Access::ReadWrite);
-            return;
-        } catch (const StorageError &error) {
-            if (error.kind() != StorageError::ReadOnly)
-                throw;
-            m_whyReadOnly = error;
-        }
-    } else {
-        m_whyReadOnly = StorageError(StorageError::ReadOnly, u"%1 ist nur zum Lesen geöffnet."_s.arg(m_path));
-    }
-    m_file = m_files.open(m_path, Access::Read);
 }
 
 /// Where no lock file can be made, nobody could see us: then we only read.

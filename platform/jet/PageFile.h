@@ -78,7 +78,6 @@ private:
         PageNo pageCount;
     };
 
-    void openFile(bool readOnly);
     void joinUsers();
     bool isAsLastSeen() const;
     static bool isMarked(const QByteArray &commitArea);

@@ -17,6 +17,23 @@ Bytes bytesOf(const QByteArray &array)
     return std::as_bytes(std::span(array.constData(), static_cast<std::size_t>(array.size())));
 }
 
+OpenedFile openAsFarAsPossible(FileSystem &files, const QString &path, bool forWriting)
+{
+    std::optional<StorageError> whyReadOnly;
+    if (forWriting) {
+        try {
+            return {files.open(path, Access::ReadWrite)};
+        } catch (const StorageError &error) {
+            if (error.kind() != StorageError::ReadOnly)
+                throw;
+            whyReadOnly = error;
+        }
+    } else {
+        whyReadOnly = StorageError(StorageError::ReadOnly, u"%1 ist nur zum Lesen geöffnet."_s.arg(path));
+    }
+    return {files.open(path, Access::Read), std::move(whyReadOnly)};
+}
+
 StorageError fileError(int systemError, const QString &path, const QString &what)
 {
     const StorageError::Kind kind = errorKind(systemError);

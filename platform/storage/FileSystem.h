@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <QByteArray>
 #include <QString>
@@ -78,6 +79,15 @@ public:
 
 /// The machine's own.
 FileSystem &systemFiles();
+
+/// A file that is open as far as it lets itself be.
+struct OpenedFile {
+    std::unique_ptr<File> file{};
+    std::optional<StorageError> whyReadOnly{}; ///< nothing: it is open for writing
+};
+
+/// Opens a file for writing if that is wanted and possible, else for reading; says why. Throws as FileSystem::open.
+OpenedFile openAsFarAsPossible(FileSystem &files, const QString &path, bool forWriting);
 
 /// What the operating system's error means for `what` ("Schreiben") on a file.
 StorageError fileError(int systemError, const QString &path, const QString &what);

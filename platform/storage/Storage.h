@@ -135,6 +135,9 @@ public:
     /// A cursor that already stands on the row; nullptr if the row does not exist.
     virtual std::unique_ptr<Cursor> row(RowId id) = 0;
 
+    /// Throws what a write would throw for this value by itself: WrongType, OutOfRange, TooLong, NotEncodable. Whether
+    /// the row and the database allow it (Required, rules, indexes, relationships) shows at the write.
+    virtual void requireStorable(const Assignment &value) const = 0;
     /// Adds a row; columns not named get their default, else Null. Returns its address.
     virtual RowId insert(std::span<const Assignment> values) = 0;
     virtual void update(RowId id, std::span<const Assignment> values) = 0;

@@ -60,6 +60,7 @@ public:
         ++m_driver.calls.rows;
         return m_inner.row(id);
     }
+    void requireStorable(const storage::Assignment &value) const override { m_inner.requireStorable(value); }
     storage::RowId insert(std::span<const storage::Assignment> values) override
     {
         failIfAsked();

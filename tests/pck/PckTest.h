@@ -51,9 +51,9 @@ protected:
     QString pfad(const QString &datei) const { return m_ordner.filePath(datei); }
 
     /// Creates and opens a client, after which nothing is on record.
-    void oeffneNeuen(const QStringList &anweisungen = {})
+    void oeffneNeuen(const QStringList &anweisungen = {}, dao::DBEngine::Version version = dao::DBEngine::dbVersion40)
     {
-        beispiel::erzeugeMandant(m_engine.dahinter(), m_mandant);
+        beispiel::erzeugeMandant(m_engine.dahinter(), m_mandant, {}, version);
         beispiel::fuehreAus(m_engine.dahinter(), m_mandant, anweisungen);
         m_pck.init(m_ordner.path() + u'/');
         QVariant mandant = 0;

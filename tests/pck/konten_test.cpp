@@ -11,11 +11,13 @@ using testing::IsEmpty;
 class Konten : public PckTest
 {
 protected:
-    /// The first row of a query on a template table that is made in the client itself.
+    /// The first row of a query on a template table in a file of its own, in Jet 4.
     std::shared_ptr<dao::Recordset> vorlage(const QStringList &anweisungen)
     {
-        beispiel::fuehreAus(m_engine.dahinter(), m_mandant, anweisungen);
-        m_vorlage = m_engine.dahinter().OpenDatabase(m_mandant, 0, true, {});
+        QFile::remove(pfad(u"Vorlage.PIZ"_s));
+        m_vorlage = m_engine.dahinter().CreateDatabase(pfad(u"Vorlage.PIZ"_s), {}, dao::DBEngine::dbVersion40);
+        for (const QString &anweisung : anweisungen)
+            m_vorlage->Execute(anweisung);
         return m_vorlage->OpenRecordset(u"SELECT * from Vorlage"_s);
     }
 
@@ -98,6 +100,8 @@ TEST_F(Konten, TakeWhatTheTemplateCanGiveColumnByColumn)
         {"too long", {u"Gruppe TEXT(20), Datum DATETIME"_s, u"'ACT!', NULL"_s}, u"-"_s, Icon::Exclamation,
          {u"Fehler in Klasse clPCK Methode neueAdresse"_s, u"Fehlernummer: 3163"_s, u"Fehlerbeschreibung: "_s, u""_s,
           u"Feldindex : 2"_s, u"Feldname rsX(PCK): Gruppe"_s, u"Feldtyp  rsX(PCK): 10"_s}},
+        {"letters that a client of Jet 3 has not", {u"Gruppe TEXT(20), Datum DATETIME"_s, u"'\u0416', NULL"_s}, u"-"_s,
+         Icon::Exclamation, {u"Fehler in Klasse clPCK Methode neueAdresse"_s, u"Fehlernummer: 3421"_s}},
         {"wrong type", {u"Gruppe TEXT(20), Datum TEXT(9)"_s, u"'ACT', 'gestern'"_s}, u"ACT"_s, Icon::Exclamation,
          {u"Fehler in Klasse clPCK Methode neueAdresse"_s, u"Fehlernummer: 3421"_s, u"Fehlerbeschreibung: "_s, u""_s,
           u"Feldindex : 3"_s, u"Feldname rsX(PCK): Datum"_s, u"Feldtyp  rsX(PCK): 8"_s}},
@@ -105,7 +109,8 @@ TEST_F(Konten, TakeWhatTheTemplateCanGiveColumnByColumn)
     // clang-format on
     oeffneNeuen({u"DROP TABLE sPersKto"_s,
                  u"CREATE TABLE sPersKto (PersKtoNummer TEXT(10) PRIMARY KEY, PersKtoArt SHORT, Gruppe TEXT(3), "
-                 "Datum DATETIME, PersKtoAenderDatum DATETIME)"_s});
+                 "Datum DATETIME, PersKtoAenderDatum DATETIME)"_s},
+                dao::DBEngine::dbVersion30);
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         m_tisch.boxes.clear();
@@ -123,7 +128,7 @@ TEST_F(Konten, TakeWhatTheTemplateCanGiveColumnByColumn)
                 EXPECT_TRUE(box.value(i).startsWith(row.meldung[i])) << qPrintable(box.value(i));
         }
         m_vorlage->Close();
-        beispiel::fuehreAus(m_engine.dahinter(), m_mandant, {u"DROP TABLE Vorlage"_s, u"DELETE FROM sPersKto"_s});
+        beispiel::fuehreAus(m_engine.dahinter(), m_mandant, {u"DELETE FROM sPersKto"_s});
     }
 }
 

@@ -155,7 +155,9 @@ void EmbeddedRecordset::setValue(std::size_t column, const QVariant &value)
     if (target.stored.autonumber)
         throw daoError(number::NotUpdatableField, target.name);
     try {
-        m_edited[column] = coerced(valueOf(value, target.name), target.stored);
+        storage::Value fitting = coerced(valueOf(value, target.name), target.stored);
+        rows().requireStorable(column, fitting);
+        m_edited[column] = std::move(fitting);
     } catch (const storage::StorageError &error) {
         // A number that is too large is, for a single field, a value that cannot become the field's type.
         const bool isTooLarge = error.kind() == storage::StorageError::OutOfRange;

@@ -43,8 +43,8 @@ constexpr Description descriptions[] = {
      u"1 Parameter wurden erwartet, aber es wurden zu wenig Parameter übergeben. (Unbekannter Name: %1)"},
     {number::SelectInExecute, u"Eine Auswahlabfrage kann nicht ausgeführt werden."},
     {DaoError::SyntaxInExpression, u"Syntaxfehler in Abfrageausdruck '%1'."},
-    {DaoError::UnknownTable, u"Die Eingangstabelle oder Abfrage '%1' wurde nicht gefunden. Gibt es sie, und ist ihr Name "
-                             "richtig geschrieben?"},
+    {DaoError::UnknownTable,
+     u"Die Eingangstabelle oder Abfrage '%1' wurde nicht gefunden. Gibt es sie, und ist ihr Name richtig geschrieben?"},
     {number::AmbiguousColumn, u"Das Feld '%1' kommt in mehr als einer Tabelle der FROM-Klausel vor."},
     {number::UnknownFunction, u"Undefinierte Funktion '%1' in Ausdruck."},
     {number::BadBrackets, u"Ungültige Klammern um den Namen '%1'."},

@@ -51,6 +51,10 @@ public:
         });
     }
 
+    void requireStorable(std::size_t column, const Value &value) const override
+    {
+        m_connection->table(m_table).requireStorable({columns()[column].position, value});
+    }
     void update(qsizetype row, std::span<const storage::Assignment> values) override
     {
         translated(Doing::Work, [&] {
@@ -93,6 +97,7 @@ public:
     {
         return (row == Keyset::last ? m_rows.back() : m_rows[static_cast<std::size_t>(row)])[column];
     }
+    void requireStorable(std::size_t, const Value &) const override { requireEditable(); }
     void update(qsizetype, std::span<const storage::Assignment>) override { requireEditable(); }
 
 private:
