@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-#include <QFile>
+#include <QFileInfo>
 
 #include "util/coding.h"
 
@@ -69,6 +69,11 @@ QString jaNein(bool wert)
     return wert ? u"True"_s : u"False"_s;
 }
 
+QString anfuegen(const QString &tabelle, const QStringList &werte)
+{
+    return u"INSERT INTO %1 VALUES (%2)"_s.arg(tabelle, werte.join(u", "_s));
+}
+
 void schreibe(dao::Database &datenbank, const QStringList &anweisungen)
 {
     for (const QString &anweisung : anweisungen)
@@ -77,10 +82,28 @@ void schreibe(dao::Database &datenbank, const QStringList &anweisungen)
 
 std::shared_ptr<dao::Database> oeffne(dao::DBEngine &engine, const QString &pfad, const QString &kennwort)
 {
-    return engine.OpenDatabase(pfad, 0, false, u";DATABASE="_s + pfad + u";PWD="_s + kennwort);
+    const QString verbindung = u";DATABASE="_s + pfad + u";PWD="_s + kennwort;
+    return engine.OpenDatabase(pfad, 0, false, QFileInfo(pfad).isDir() ? u"FoxPro 2.6;"_s : verbindung);
 }
 
 } // namespace
+
+std::vector<Person> leute(QStringView text)
+{
+    std::vector<Person> personen;
+    for (const QString &eine : text.toString().split(u"; "_s)) {
+        const QStringList teile = eine.split(u' ');
+        const auto teil = [](const QString &wert) { return wert == u'-' ? QString() : wert; };
+        const QString konto = teil(teile.value(2));
+        Person person{teile[0], teile.size() < 4 ? u"Alpha Werke"_s : teil(teile.mid(3).join(u' '))};
+        person.nachname = u"Name "_s + person.id;
+        person.typ = teil(teile.value(1));
+        person.nummer = konto.section(u'/', 0, 0);
+        person.mandant = konto.section(u'/', 1);
+        personen.push_back(person);
+    }
+    return personen;
+}
 
 std::vector<Person> firmengruppe()
 {
@@ -110,32 +133,28 @@ FakeAct::Contact alsAct(const Person &person)
 
 Konfiguration konfiguration(const QString &pckPfad)
 {
-    Konfiguration k;
-    k.IdNummer = 60;
-    k.IdNummerName = u"PCK_NUMMER"_s;
-    k.IdMandant = 61;
-    k.IdMandantName = u"PCK_MAND"_s;
-    k.IdTyp = 62;
-    k.IdTypName = u"PCK_TYP"_s;
-    k.PckPfad = pckPfad;
-    k.IdSuchFeld1 = 2;
-    k.IdSuchFeld1Name = u"COMPANY"_s;
-    k.IdSuchFeld2 = 26;
-    k.IdSuchFeld2Name = u"CONTACT"_s;
-    return k;
+    return {.IdNummer = 60,
+            .IdNummerName = u"PCK_NUMMER"_s,
+            .IdMandant = 61,
+            .IdMandantName = u"PCK_MAND"_s,
+            .IdTyp = 62,
+            .IdTypName = u"PCK_TYP"_s,
+            .PckPfad = pckPfad,
+            .IdSuchFeld1 = 2,
+            .IdSuchFeld1Name = u"COMPANY"_s,
+            .IdSuchFeld2 = 26,
+            .IdSuchFeld2Name = u"CONTACT"_s};
 }
 
 void erzeugeIni(const QString &ordner, const QString &pckPfad, bool datevNr, bool autoSuche)
 {
-    QFile datei(ordner + u"/VELDRAK.ini"_s);
-    if (!datei.open(QIODevice::WriteOnly))
-        throw std::runtime_error("VELDRAK.ini cannot be written");
-    datei.write(u"[VELDRAK]\r\nID_Nummer=60|PCK_NUMMER\r\nID_Mandant=61|PCK_MAND\r\nID_Typ=62|PCK_TYP\r\n"
-                "PCKpfad=%1\r\nID_SuchFeld1=2|COMPANY\r\nID_SuchFeld2=26|CONTACT\r\nDATEVNr=%2\r\nAutoSuche=%3\r\n"_s
-                    .arg(pckPfad)
-                    .arg(int(datevNr))
-                    .arg(int(autoSuche))
-                    .toLatin1());
+    schreibe(ordner + u"/VELDRAK.ini"_s,
+             u"[VELDRAK]\r\nID_Nummer=60|PCK_NUMMER\r\nID_Mandant=61|PCK_MAND\r\nID_Typ=62|PCK_TYP\r\n"
+             "PCKpfad=%1\r\nID_SuchFeld1=2|COMPANY\r\nID_SuchFeld2=26|CONTACT\r\nDATEVNr=%2\r\nAutoSuche=%3\r\n"_s
+                 .arg(pckPfad)
+                 .arg(int(datevNr))
+                 .arg(int(autoSuche))
+                 .toLatin1());
 }
 
 QString erzeugeMapping(dao::DBEngine &engine, const QString &ordner)
@@ -148,20 +167,11 @@ QString erzeugeMapping(dao::DBEngine &engine, const QString &ordner)
                        "Kom_H YESNO, Kom_N YESNO)"_s);
     int id = 0;
     for (const Feld &feld : felder) {
-        const QStringList werte = {QString::number(++id),
-                                   text(feld.act.toString()),
-                                   text(feld.pck.toString()),
-                                   text(feld.sync.toString()),
-                                   u"'sPersKto'"_s,
-                                   jaNein(feld.syncH),
-                                   u"False"_s,
-                                   u"'String'"_s,
-                                   QString::number(feld.actId),
-                                   u"True"_s,
-                                   u"True"_s,
-                                   jaNein(feld.komH),
-                                   jaNein(feld.komN)};
-        datenbank->Execute(u"INSERT INTO Felder VALUES ("_s + werte.join(u","_s) + u")"_s);
+        const QString namen = u"'%1', '%2', '%3', 'sPersKto'"_s.arg(feld.act, feld.pck, feld.sync);
+        datenbank->Execute(
+            anfuegen(u"Felder"_s,
+                     {QString::number(++id), namen, jaNein(feld.syncH), u"False, 'String'"_s,
+                      QString::number(feld.actId), u"True, True"_s, jaNein(feld.komH), jaNein(feld.komN)}));
     }
     schreibe(*datenbank,
              {u"CREATE TABLE VELDRAK (ID SHORT CONSTRAINT PrimaryKey PRIMARY KEY, Act_Quellen TEXT(255), "
@@ -212,7 +222,7 @@ void fuegeKontenHinzu(dao::DBEngine &engine, const QString &pfad, const QStringL
 
 QString erzeugeKontakttabelle(dao::DBEngine &engine, const QString &ordner, const std::vector<Person> &personen)
 {
-    const auto datenbank = engine.OpenDatabase(ordner, 0, false, u"FoxPro 2.6;"_s);
+    const auto datenbank = oeffne(engine, ordner, {});
     QStringList spalten{u"UNIQUE_ID TEXT(12)"_s, u"PCK_NUMMER TEXT(10)"_s, u"PCK_MAND TEXT(40)"_s,
                         u"PCK_TYP TEXT(1)"_s};
     for (const Feld &feld : felder)
@@ -222,7 +232,7 @@ QString erzeugeKontakttabelle(dao::DBEngine &engine, const QString &ordner, cons
         QStringList werte{text(person.id), text(person.nummer), text(person.mandant), text(person.typ)};
         for (const Feld &feld : felder)
             werte += text(wert(person, feld));
-        datenbank->Execute(u"INSERT INTO KONTAKTE VALUES ("_s + werte.join(u","_s) + u")"_s);
+        datenbank->Execute(anfuegen(u"KONTAKTE"_s, werte));
     }
     datenbank->Close();
     return ordner + u"/KONTAKTE.DBF"_s;
@@ -250,6 +260,21 @@ QStringList zeilen(dao::DBEngine &engine, const QString &pfad, const QString &ab
     }
     datenbank->Close();
     return ergebnis;
+}
+
+QByteArray lies(const QString &pfad)
+{
+    QFile datei(pfad);
+    if (!datei.open(QIODevice::ReadOnly))
+        throw std::runtime_error(qPrintable(pfad + u" cannot be read"_s));
+    return datei.readAll();
+}
+
+void schreibe(const QString &pfad, const QByteArray &inhalt)
+{
+    QFile datei(pfad);
+    if (!datei.open(QIODevice::WriteOnly) || datei.write(inhalt) != inhalt.size())
+        throw std::runtime_error(qPrintable(pfad + u" cannot be written"_s));
 }
 
 } // namespace beispiel

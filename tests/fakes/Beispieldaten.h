@@ -14,21 +14,15 @@ namespace beispiel {
 /// A contact as a test thinks of it; phone numbers in the form "+49 40 123456".
 struct Person {
     QString id;
-    QString firma{};
-    QString vorname{};
-    QString nachname{};
-    QString strasse{};
-    QString plz{};
-    QString ort{};
-    QString telefon{};
-    QString fax{};
-    QString handy{};
-    QString email{};
-    QString url{};
-    QString nummer{};
-    QString mandant{};
-    QString typ{};
+    QString firma{}, vorname{}, nachname{};
+    QString strasse{}, plz{}, ort{};
+    QString telefon{}, fax{}, handy{}, email{}, url{};
+    QString nummer{}, mandant{}, typ{};
 };
+
+/// People of whom only the group matters, from "id role number/client company; ...": what is left out at the end or
+/// "-" they do not have, but their company is then "Alpha Werke", and their last name is "Name id".
+std::vector<Person> leute(QStringView text);
 
 /// Four people of one company, not yet in any client and without roles; the third has neither number nor e-mail.
 std::vector<Person> firmengruppe();
@@ -56,11 +50,15 @@ void fuegeKontenHinzu(dao::DBEngine &engine, const QString &pfad, const QStringL
 /// KONTAKTE.DBF in a folder; phone numbers stand there as they are. Returns its path, which ACT! calls its database.
 QString erzeugeKontakttabelle(dao::DBEngine &engine, const QString &ordner, const std::vector<Person> &personen);
 
-/// Runs statements against a database file.
+/// Runs statements against a database file, or the contact tables of a folder.
 void fuehreAus(dao::DBEngine &engine, const QString &pfad, const QStringList &anweisungen,
                const QString &kennwort = {});
 
-/// The rows of a query, each as its fields' texts joined by "|"; Null is "-".
+/// The rows of a query on either, each as its fields' texts joined by "|"; Null is "-".
 QStringList zeilen(dao::DBEngine &engine, const QString &pfad, const QString &abfrage, const QString &kennwort = {});
+
+/// A file's content.
+QByteArray lies(const QString &pfad);
+void schreibe(const QString &pfad, const QByteArray &inhalt);
 
 } // namespace beispiel

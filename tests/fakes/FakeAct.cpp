@@ -30,7 +30,10 @@ public:
         const int error = m_act.failure ? m_act.failure(entry) : 0;
         if (error != 0)
             throw AutomationError(error, method + u": "_s + RunTimeError::standardText(error));
-        return m_handler(method, arguments);
+        const QVariant result = m_handler(method, arguments);
+        if (m_act.afterwards)
+            m_act.afterwards(entry);
+        return result;
     }
 
 private:

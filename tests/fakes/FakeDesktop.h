@@ -4,11 +4,18 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <ostream>
 #include <vector>
 
 #include <QStringList>
 
 #include "platform/desktop/Desktop.h"
+
+/// How the tests print texts.
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
 
 /// A desktop without a screen: boxes are recorded and answered at once, the clock moves by itself while the program
 /// waits, and files are those of the machine.
@@ -33,10 +40,7 @@ public:
     std::optional<std::vector<desktop::Window>> windows{
         {{QStringLiteral("acthost"), QStringLiteral("ACT! - Kontakte")}}};
     bool nameOwned = false;
-    QSize screenSize{1000, 800};
-    double seconds = 0;
-    double restSeconds = 0.25; ///< how far the clock moves with each rest
-    QDate date{2026, 11, 21};
+    double seconds = 0; ///< each rest moves it a quarter on
     std::function<void()> onYield;
     int yields = 0;
     bool quitCalled = false;
@@ -49,9 +53,9 @@ public:
     void setText(const QString &text) override;
     std::optional<std::vector<desktop::Window>> list() const override { return windows; }
     bool automationNameOwned(const QString &) const override { return nameOwned; }
-    QSize sizeInPixels() const override { return screenSize; }
+    QSize sizeInPixels() const override { return {1000, 800}; }
     double Timer() const override { return seconds; }
-    QDate Date() const override { return date; }
+    QDate Date() const override { return {2026, 11, 21}; }
     void yield() override;
     void yieldAndRest() override;
     void quit() override { quitCalled = true; }
