@@ -14,89 +14,65 @@ protected:
     clKontakt m_kontakt = neuerKontakt();
 };
 
-TEST_F(Kontakt, PhoneNumbersFromAutomation)
+TEST_F(Kontakt, PhoneNumbersGetOneFormOfTwentyCharacters)
 {
+    const auto ole = &clKontakt::OLETelefonFilter, dbf = &clKontakt::DBF_Telefon_Filter, trim = &clKontakt::TelefonTrim;
+    // In the table, the mask's last character holds places 1 to 6, bit by bit from the lowest: D is place 3, B place 2,
+    // P place 5.
     // clang-format off
-    struct Row { const char *name; QString telefon; QString ergebnis; };
+    struct Row { const char *name; decltype(ole) filter; QString telefon; const char *ergebnis; };
     const Row rows[] = {
-        {"the blank behind the bracket is kept",   u"[49] 40 1234567"_s,               u"+49  40 1234567"_s},
-        {"without that blank",                     u"[49]40 1234567"_s,                u"+49 40 1234567"_s},
-        {"blanks within the brackets",             u"[ 41 ]44 5550011"_s,              u"+41 44 5550011"_s},
-        {"no country code",                        u"040 123456"_s,                    u"+49 040 123456"_s},
-        {"a plus of its own",                      u"+43 1 5330"_s,                    u"+49 +43 1 5330"_s},
-        {"closing bracket alone",                  u"49]40 12"_s,                      u"+49 40 12"_s},
-        {"opening bracket alone",                  u"[49 40 12"_s,                     u"+49 [49 40 12"_s},
-        {"brackets the wrong way round",           u"]49[40"_s,                        u"+ 49[40"_s},
-        {"empty brackets",                         u"[]40 12"_s,                       u"+ 40 12"_s},
-        {"twenty characters stay",                 u"[49]40 / 123-45-6789"_s,          u"+49 40 / 123-45-6789"_s},
-        {"one more loses its separators",          u"[49]40 / 123-45-67890"_s,         u"+49 401234567890"_s},
-        {"only a second pair does not count",      u"[49]40 [1] 2"_s,                  u"+49 40 [1] 2"_s},
-        {"long number without country code",       u"0171 / 555 00 11 - 22 33"_s,      u"+49 017155500112233"_s},
-        {"too long even as digits",                u"[49]1234567890123456789"_s,       u"1234567890123456789"_s},
+        {"the blank behind the bracket is kept",   ole,  u"[49] 40 1234567"_s,             "+49  40 1234567"},
+        {"without that blank",                     ole,  u"[49]40 1234567"_s,              "+49 40 1234567"},
+        {"blanks within the brackets",             ole,  u"[ 41 ]44 5550011"_s,            "+41 44 5550011"},
+        {"no country code",                        ole,  u"040 123456"_s,                  "+49 040 123456"},
+        {"a plus of its own",                      ole,  u"+43 1 5330"_s,                  "+49 +43 1 5330"},
+        {"closing bracket alone",                  ole,  u"49]40 12"_s,                    "+49 40 12"},
+        {"opening bracket alone",                  ole,  u"[49 40 12"_s,                   "+49 [49 40 12"},
+        {"brackets the wrong way round",           ole,  u"]49[40"_s,                      "+ 49[40"},
+        {"empty brackets",                         ole,  u"[]40 12"_s,                     "+ 40 12"},
+        {"twenty characters stay",                 ole,  u"[49]40 / 123-45-6789"_s,        "+49 40 / 123-45-6789"},
+        {"one more loses its separators",          ole,  u"[49]40 / 123-45-67890"_s,       "+49 401234567890"},
+        {"only a second pair does not count",      ole,  u"[49]40 [1] 2"_s,                "+49 40 [1] 2"},
+        {"long number without country code",       ole,  u"0171 / 555 00 11 - 22 33"_s,    "+49 017155500112233"},
+        {"too long even as digits",                ole,  u"[49]1234567890123456789"_s,     "1234567890123456789"},
+        {"separators at places 3 and 7",           dbf,  u"49|40|@@@@AD5551234"_s,         "+49 40 555 1234"},
+        {"no separators",                          dbf,  u"49|40|@@@@@@5551234"_s,         "+49 405551234"},
+        {"area of four digits",                    dbf,  u"49|4101|@@@@@P55512"_s,         "+49 4101 55512"},
+        {"area of one digit",                      dbf,  u"43|1|@@@@@B53300"_s,            "+43 1 53300"},
+        {"no area",                                dbf,  u"49||@@@@@@110"_s,               "+49 110"},
+        {"country code of three digits",           dbf,  u"352|26|@@@@@D12345"_s,          "+352 26 12345"},
+        {"place 1 gives no leading blank",         dbf,  u"49|40|@@@@@A555"_s,             "+49 40555"},
+        {"neighbouring places give one blank",     dbf,  u"49|40|@@@@@L555"_s,             "+49 40 555"},
+        {"places beyond the number",               dbf,  u"49|40|O@@@@D555"_s,             "+49 40 555"},
+        {"no digits",                              dbf,  u"49|40|@@@@@D"_s,                "+49 40"},
+        {"mask too short",                         dbf,  u"49|40|@@@"_s,                   "+49 40"},
+        {"nothing but the country",                dbf,  u"49||"_s,                        "+49"},
+        {"the tenth place",                        dbf,  u"49|40|@@@@HD123456789"_s,       "+49 40 123456 789"},
+        {"letters among the digits",               dbf,  u"49|40|@@@@AD555 App 7"_s,       "+49 40 555 App 7"},
+        {"too long: separators go",                dbf,  u"49|4101|@@@DAP123456789012"_s,  "+49 4101123456789012"},
+        {"every place a separator, 21 count",      dbf,  u"49|40|??????555"_s,             "+49 40555"},
+        {"no country code stays as it stands",     dbf,  u"|40|@@@@AD5551234"_s,           "|40|@@@@AD5551234"},
+        {"plain text",                             dbf,  u"040 / 55512-34"_s,              "040 / 55512-34"},
+        {"plain text, too long",                   dbf,  u"040 / 555 12 34 - 567 89"_s,    "040 555123456789"},
+        {"one separator is not the form",          dbf,  u"49|40 123"_s,                   "49|40 123"},
+        {"empty",                                  trim, u""_s,                            ""},
+        {"blanks around",                          trim, u"  040 12 "_s,                   "040 12"},
+        {"twenty with blanks around",              trim, u" 12345678901234567890 "_s,      "12345678901234567890"},
+        {"first blank at place 3",                 trim, u"49 (0)40-123 45 67 89/10"_s,    "49 04012345678910"},
+        {"first blank at place 5",                 trim, u"0049 (40) 123-45-67-8"_s,       "0049 4012345678"},
+        {"first blank at place 6: no country",     trim, u"(040) 123 45 67 / 890"_s,       "+49 0401234567890"},
+        {"a known country counts as digits",       trim, u"+4940 1234567 / 890123"_s,      "49401234567890123"},
+        {"no blank: digits only",                  trim, u"040/123-456-789-0123-4"_s,      "04012345678901234"},
+        {"no blank, too long for ever",            trim, u"0401234567890123456789"_s,      "0401234567890123456789"},
+        {"still too long: the country goes",       trim, u"+49 123456789012345678"_s,      "123456789012345678"},
     };
     // clang-format on
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(m_kontakt.OLETelefonFilter(row.telefon).toStdString(), row.ergebnis.toStdString());
-        EXPECT_LE(row.ergebnis.size(), 20);
-    }
-}
-
-TEST_F(Kontakt, PhoneNumbersFromTheTable)
-{
-    // The mask's last character holds places 1 to 6, bit by bit from the lowest: D is place 3, B place 2, P place 5.
-    // clang-format off
-    struct Row { const char *name; QString telefon; QString ergebnis; };
-    const Row rows[] = {
-        {"separators at places 3 and 7",        u"49|40|@@@@AD5551234"_s,       u"+49 40 555 1234"_s},
-        {"no separators",                       u"49|40|@@@@@@5551234"_s,       u"+49 405551234"_s},
-        {"area of four digits",                 u"49|4101|@@@@@P55512"_s,       u"+49 4101 55512"_s},
-        {"area of one digit",                   u"43|1|@@@@@B53300"_s,          u"+43 1 53300"_s},
-        {"no area",                             u"49||@@@@@@110"_s,             u"+49 110"_s},
-        {"country code of three digits",        u"352|26|@@@@@D12345"_s,        u"+352 26 12345"_s},
-        {"place 1 gives no leading blank",      u"49|40|@@@@@A555"_s,           u"+49 40555"_s},
-        {"neighbouring places give one blank",  u"49|40|@@@@@L555"_s,           u"+49 40 555"_s},
-        {"places beyond the number",            u"49|40|O@@@@D555"_s,           u"+49 40 555"_s},
-        {"no digits",                           u"49|40|@@@@@D"_s,              u"+49 40"_s},
-        {"mask too short",                      u"49|40|@@@"_s,                 u"+49 40"_s},
-        {"nothing but the country",             u"49||"_s,                      u"+49"_s},
-        {"the tenth place",                     u"49|40|@@@@HD123456789"_s,     u"+49 40 123456 789"_s},
-        {"letters among the digits",            u"49|40|@@@@AD555 App 7"_s,     u"+49 40 555 App 7"_s},
-        {"too long: separators go",             u"49|4101|@@@DAP123456789012"_s, u"+49 4101123456789012"_s},
-        {"every place a separator, 21 count",   u"49|40|??????555"_s,           u"+49 40555"_s},
-        {"no country code stays as it stands",  u"|40|@@@@AD5551234"_s,         u"|40|@@@@AD5551234"_s},
-        {"plain text",                          u"040 / 55512-34"_s,            u"040 / 55512-34"_s},
-        {"plain text, too long",                u"040 / 555 12 34 - 567 89"_s,  u"040 555123456789"_s},
-        {"one separator is not the form",       u"49|40 123"_s,                 u"49|40 123"_s},
-    };
-    // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(m_kontakt.DBF_Telefon_Filter(row.telefon).toStdString(), row.ergebnis.toStdString());
-        EXPECT_LE(row.ergebnis.size(), 20);
-    }
-}
-
-TEST_F(Kontakt, LongPhoneNumbersAreShortened)
-{
-    // clang-format off
-    struct Row { const char *name; QString telefon; QString ergebnis; };
-    const Row rows[] = {
-        {"empty",                             u""_s,                              u""_s},
-        {"blanks around",                     u"  040 12 "_s,                     u"040 12"_s},
-        {"twenty with blanks around",         u" 12345678901234567890 "_s,        u"12345678901234567890"_s},
-        {"first blank at place 3",            u"49 (0)40-123 45 67 89/10"_s,      u"49 04012345678910"_s},
-        {"first blank at place 5",            u"0049 (40) 123-45-67-8"_s,         u"0049 4012345678"_s},
-        {"first blank at place 6: no country", u"(040) 123 45 67 / 890"_s,        u"+49 0401234567890"_s},
-        {"a known country counts as digits",  u"+4940 1234567 / 890123"_s,        u"49401234567890123"_s},
-        {"no blank: digits only",             u"040/123-456-789-0123-4"_s,        u"04012345678901234"_s},
-        {"no blank, too long for ever",       u"0401234567890123456789"_s,        u"0401234567890123456789"_s},
-        {"still too long: the country goes",  u"+49 123456789012345678"_s,        u"123456789012345678"_s},
-    };
-    // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(m_kontakt.TelefonTrim(row.telefon).toStdString(), row.ergebnis.toStdString());
+        const QString ergebnis = (m_kontakt.*row.filter)(row.telefon);
+        EXPECT_EQ(ergebnis.toStdString(), row.ergebnis);
+        EXPECT_LE(ergebnis.size(), row.filter == trim ? 22 : 20);
     }
 }
 
@@ -188,25 +164,12 @@ TEST_F(Kontakt, FieldsGoByNumberOrNeutralName)
         m_kontakt.Setze_Daten(daneben, u"verloren"_s);
         EXPECT_EQ(m_kontakt.Daten(daneben), u""_s);
     }
-    for (const auto &code : std::initializer_list<std::function<void()>>{
-             [this] { m_kontakt.Daten(13); }, [this] { m_kontakt.Setze_Daten(13, u"x"_s); }}) {
-        try {
-            code();
-            ADD_FAILURE() << "a number beyond the mapping";
-        } catch (const RunTimeError &fehler) {
-            EXPECT_EQ(fehler.Number(), RunTimeError::SubscriptOutOfRange);
-        }
-    }
+    const auto zuWeit = testing::Throws<RunTimeError>(
+        testing::Property(&RunTimeError::Number, int(RunTimeError::SubscriptOutOfRange)));
+    EXPECT_THAT([this] { m_kontakt.Daten(13); }, zuWeit);
+    EXPECT_THAT([this] { m_kontakt.Setze_Daten(13, u"x"_s); }, zuWeit);
     m_kontakt.init(m_SyncFelder);
     EXPECT_EQ(m_kontakt.Daten(1), u""_s);
-}
-
-TEST_F(Kontakt, RoleLetterDecidesAboutTheIcon)
-{
-    for (const auto &[typ, icon] : {std::pair(u""_s, 1), {u"N"_s, 2}, {u"H"_s, 3}, {u"h"_s, 1}, {u"HN"_s, 1}}) {
-        m_kontakt.Typ = typ;
-        EXPECT_EQ(m_kontakt.IconNr(), icon) << typ.toStdString();
-    }
 }
 
 TEST_F(Kontakt, ReadsTheContactOnActsScreen)
@@ -217,18 +180,15 @@ TEST_F(Kontakt, ReadsTheContactOnActsScreen)
     m_act.contacts = {beispiel::alsAct(person)};
     m_act.contacts[0][17] = QDateTime(QDate(2026, 1, 2), QTime(0, 0));
     m_kontakt.lese_OLE_Werte(*m_act.contactWindow());
-    EXPECT_EQ(m_kontakt.UniqueID, u"ID0000000001"_s);
-    EXPECT_EQ(m_kontakt.Nummer, u" D010000 "_s);
+    EXPECT_EQ(m_kontakt.UniqueID + m_kontakt.Nummer + m_kontakt.Typ, u"ID0000000001 D010000 H"_s);
     EXPECT_EQ(m_kontakt.Mandant, u""_s);
-    EXPECT_EQ(m_kontakt.Typ, u"H"_s);
     EXPECT_EQ(m_kontakt.Daten(u"Firma"_s), u"Hansen & Söhne GmbH"_s);
     EXPECT_EQ(m_kontakt.Daten(u"Telefon"_s), u"+49 40 123456"_s);
     EXPECT_EQ(m_kontakt.Daten(u"URL"_s), u"Falscher Wert !"_s);
     EXPECT_EQ(m_tisch.boxTexts(), QStringList(u"7 Typ bei XString nicht vorgesehen."_s));
-    QStringList gelesen = m_act.callsOf(u"getfield"_s);
-    EXPECT_EQ(gelesen.mid(0, 6).join(u' '),
-              u"getfield(1) getfield(61) getfield(60) getfield(62) getfield(2) getfield(26)"_s);
-    EXPECT_EQ(gelesen.size(), 4 + 12);
+    EXPECT_EQ(m_act.calls.join(u' '),
+              u"getfield(1) getfield(61) getfield(60) getfield(62) getfield(2) getfield(26) getfield(3) getfield(25) "
+              "getfield(6) getfield(7) getfield(8) getfield(11) getfield(13) getfield(14) getfield(15) getfield(17)"_s);
 
     m_act.contacts[0][60] = QVariant::fromValue(m_act.contactWindow());
     EXPECT_THROW(m_kontakt.lese_OLE_Werte(*m_act.contactWindow()), RunTimeError) << "no object is an account number";
