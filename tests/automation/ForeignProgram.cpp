@@ -29,7 +29,6 @@ constexpr auto kDescription = R"(<interface name="TEST.OBJECT">
  <method name="getfield"><arg type="n"/><arg type="v" direction="out"/></method>
  <method name="SetField"><arg type="n"/><arg type="s"/></method>
  <method name="signature"><arg type="v"/><arg type="s" direction="out"/></method>
- <method name="Create"><arg type="o" direction="out"/></method>
  <method name="list"><arg type="as" direction="out"/></method>
  <method name="fail"><arg type="i"/></method>
  <method name="failStrangely"/><method name="wrongArguments"/><method name="promised"/>
@@ -39,16 +38,13 @@ constexpr auto kDescription = R"(<interface name="TEST.OBJECT">
  <method name="giveBack"><arg type="i"/><arg type="s"/><arg type="i"/>
   <arg type="i" direction="out"/><arg type="i" direction="out"/></method>
  <method name="busy"><arg type="s"/><arg type="i"/><arg type="i" direction="out"/></method>
- <property name="Views" type="o" access="read"/><property name="Version" type="s" access="read"/>
+ <property name="Version" type="s" access="read"/>
 </interface>)";
 
 class Foreign : public QDBusVirtualObject
 {
 public:
-    QString introspect(const QString &path) const override
-    {
-        return path == "/Garbled"_L1 ? u"<interface"_s : QString::fromLatin1(kDescription);
-    }
+    QString introspect(const QString & /*path*/) const override { return QString::fromLatin1(kDescription); }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
@@ -66,58 +62,52 @@ public:
 private:
     QDBusMessage answer(const QDBusMessage &message)
     {
+        static const std::map<QString, QString> errors{
+            {u"failStrangely"_s, u"ACTOLE.Error.Late"_s},
+            {u"wrongArguments"_s, QDBusError::errorString(QDBusError::InvalidArgs)},
+            {u"promised"_s, QDBusError::errorString(QDBusError::UnknownMethod)},
+        };
         const QVariantList in = message.arguments();
         const QString member = message.member() == "Get"_L1 ? in.value(1).toString() : message.member();
-        if (member == "getsize"_L1)
-            return message.createReply({in[0].toInt() + 800, in[1].toInt() + 600});
-        if (member == "addTo"_L1)
-            return message.createReply({QVariant::fromValue<short>(static_cast<short>(in[0].toInt() + in[1].toInt())),
-                                        u"sum of %1"_s.arg(message.signature())});
-        if (member == "getfield"_L1)
-            return message.createReply(QVariant::fromValue(QDBusVariant(field(in[0].value<short>()))));
-        if (member == "signature"_L1)
-            return message.createReply(message.signature());
-        if (member == "Create"_L1)
-            return message.createReply(QVariant::fromValue(QDBusObjectPath(u"/Views/1"_s)));
-        if (member == "list"_L1)
-            return message.createReply(QStringList{u"a"_s, u"b"_s});
-        if (member == "hung"_L1)
-            return message.createReply(m_hung);
-        if (member == "any"_L1)
-            return message.createReply(valuesOf(in[0].toString()));
-        if (member == "giveBack"_L1)
-            return message.createReply(valuesOf(in[1].toString()));
-        if (member == "busy"_L1) // refuses the call so many times, then tells how often it was called
-            return m_refused++ < in[1].toInt() ? message.createErrorReply(in[0].toString(), u"später"_s)
-                                               : message.createReply(std::exchange(m_refused, 0));
+        if (const auto error = errors.find(member); error != errors.end())
+            return message.createErrorReply(error->second, u"kaputt"_s);
         if (member == "fail"_L1)
             return message.createErrorReply(u"ACTOLE.Error.N%1"_s.arg(in[0].toInt()), u"Hinweisfenster offen"_s);
-        if (member == "failStrangely"_L1)
-            return message.createErrorReply(u"ACTOLE.Error.Late"_s, u"kaputt"_s);
-        if (member == "wrongArguments"_L1)
-            return message.createErrorReply(QDBusError::InvalidArgs, u"no"_s);
-        if (member == "promised"_L1)
-            return message.createErrorReply(QDBusError::UnknownMethod, u"no"_s);
-        if (member == "Views"_L1)
-            return message.createReply(
-                QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusObjectPath(u"/Views"_s)))));
+        if (member == "busy"_L1 && m_refused++ < in[1].toInt()) // so many times; then tells how often it was called
+            return message.createErrorReply(in[0].toString(), u"später"_s);
+        return message.createReply(values(member, in, message.signature()));
+    }
+
+    QVariantList values(const QString &member, const QVariantList &in, const QString &signature)
+    {
+        if (member == "busy"_L1)
+            return {std::exchange(m_refused, 0)};
+        if (member == "hung"_L1)
+            return {m_hung};
+        if (member == "getsize"_L1)
+            return {in[0].toInt() + 800, in[1].toInt() + 600};
+        if (member == "addTo"_L1)
+            return {QVariant::fromValue(static_cast<short>(in[0].toInt() + in[1].toInt())), u"sum of "_s + signature};
+        if (member == "getfield"_L1)
+            return {QVariant::fromValue(QDBusVariant(field(in[0].value<short>())))};
+        if (member == "signature"_L1)
+            return {signature};
+        if (member == "list"_L1)
+            return {QStringList{u"a"_s, u"b"_s}};
+        if (member == "any"_L1)
+            return valuesOf(in[0].toString());
+        if (member == "giveBack"_L1)
+            return valuesOf(in[1].toString());
         if (member == "Version"_L1)
-            return message.createReply(QVariant::fromValue(QDBusVariant(u"6.0.4"_s)));
-        return message.createReply();
+            return {QVariant::fromValue(QDBusVariant(u"6.0.4"_s))};
+        return {};
     }
 
     static QVariant field(short number)
     {
-        switch (number) {
-        case 1:
-            return u"Müller & Söhne"_s;
-        case 2:
-            return 12.5;
-        case 3:
-            return QVariant::fromValue(QDBusVariant(QVariant::fromValue<short>(7)));
-        default:
-            return true;
-        }
+        const QVariant fields[]
+            = {u"Müller & Söhne"_s, 12.5, QVariant::fromValue(QDBusVariant(QVariant::fromValue<short>(7))), true};
+        return fields[number - 1];
     }
 
     // One value for each character that has one; "-" stands for none at all.
