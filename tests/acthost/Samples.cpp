@@ -16,18 +16,12 @@ using storage::Value;
 QString makeContacts(const QString &folder)
 {
     const auto database = dbf::DbfDriver().create({.path = folder}, storage::FileVersion::Jet4);
-    database->createTable({u"KONTAKTE"_s,
-                           {
-                               Column{u"UNIQUE_ID"_s, Type::Text, 12},
-                               Column{u"COMPANY"_s, Type::Text, 30},
-                               Column{u"CONTACT"_s, Type::Text, 30},
-                               Column{u"TELEFON"_s, Type::Text, 35},
-                               Column{u"REVENUE"_s, Type::Double},
-                               Column{u"BIRTHDAY"_s, Type::DateTime},
-                               Column{u"PRIVAT"_s, Type::Boolean},
-                               Column{u"PCK_TYP"_s, Type::Text, 1},
-                               Column{u"NOTES"_s, Type::Memo},
-                           }});
+    const std::vector<Column> columns{
+        {u"UNIQUE_ID"_s, Type::Text, 12}, {u"COMPANY"_s, Type::Text, 30}, {u"CONTACT"_s, Type::Text, 30},
+        {u"TELEFON"_s, Type::Text, 35},   {u"REVENUE"_s, Type::Double},   {u"BIRTHDAY"_s, Type::DateTime},
+        {u"PRIVAT"_s, Type::Boolean},     {u"PCK_TYP"_s, Type::Text, 1},  {u"NOTES"_s, Type::Memo},
+    };
+    database->createTable({u"KONTAKTE"_s, columns});
     const std::vector<std::vector<Value>> rows{
         {u"id-1"_s, u"Bäckerei Groß"_s, u"Anna Groß"_s, u"49|40|@@@@AD5529950"_s, 12.5, storage::DateTime{29221.0},
          true},
