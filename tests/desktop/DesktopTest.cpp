@@ -54,17 +54,15 @@ void press(QMessageBox &box, const QString &button)
 
 TEST_F(DesktopTest, BoxesShowTheirTextAsItStands)
 {
-    const Box box{u"Firma <b>&Co</b>\r\nzweite\rdritte"_s, Icon::Critical, Buttons::Ok, {}};
-    EXPECT_EQ(showAnd(box,
-                      [](QMessageBox &shown) {
-                          EXPECT_EQ(shown.text(), u"Firma <b>&Co</b>\nzweite\ndritte"_s);
-                          EXPECT_EQ(shown.textFormat(), Qt::PlainText);
-                          EXPECT_TRUE(shown.textInteractionFlags() & Qt::TextSelectableByMouse);
-                          EXPECT_EQ(shown.windowTitle(), u"VELDRAK"_s);
-                          EXPECT_EQ(shown.icon(), QMessageBox::Critical);
-                          press(shown, u"OK"_s);
-                      }),
-              Answer::Ok);
+    const auto look = [](QMessageBox &shown) {
+        EXPECT_EQ(shown.text(), u"Firma <b>&Co</b>\nzweite\ndritte"_s);
+        EXPECT_EQ(shown.textFormat(), Qt::PlainText);
+        EXPECT_TRUE(shown.textInteractionFlags() & Qt::TextSelectableByMouse);
+        EXPECT_EQ(shown.windowTitle(), u"VELDRAK"_s);
+        EXPECT_EQ(shown.icon(), QMessageBox::Critical);
+        press(shown, u"OK"_s);
+    };
+    EXPECT_EQ(showAnd({u"Firma <b>&Co</b>\r\nzweite\rdritte"_s, Icon::Critical, Buttons::Ok, {}}, look), Answer::Ok);
 }
 
 TEST_F(DesktopTest, BoxesAreAnsweredByButtonOrKey)
@@ -138,18 +136,11 @@ TEST_F(DesktopTest, FilesAreListedWithoutCase)
 TEST_F(DesktopTest, FilesThatMayNotBeSeenAreNotMissing)
 {
     makeFile(u"Eins.PCK"_s);
-    const auto numberOf = [](const auto &question) {
-        try {
-            question();
-        } catch (const RunTimeError &error) {
-            return error.Number();
-        }
-        return 0;
-    };
     const NoRights none(folder.path());
-    EXPECT_EQ(numberOf([&] { desktop.files.list(folder.path() + u"/*.PCK"_s); }), 75);
-    EXPECT_EQ(numberOf([&] { desktop.files.list(folder.path() + u"/Ordner/*.PCK"_s); }), 75);
-    EXPECT_EQ(numberOf([&] { desktop.files.exists(folder.path() + u"/Eins.PCK"_s); }), 75);
+    const auto denied = testing::Throws<RunTimeError>(testing::Property(&RunTimeError::Number, 75));
+    EXPECT_THAT([this] { desktop.files.list(folder.path() + u"/*.PCK"_s); }, denied);
+    EXPECT_THAT([this] { desktop.files.list(folder.path() + u"/Ordner/*.PCK"_s); }, denied);
+    EXPECT_THAT([this] { desktop.files.exists(folder.path() + u"/Eins.PCK"_s); }, denied);
     EXPECT_FALSE(desktop.files.exists(folder.path() + u"x/Eins.PCK"_s));
 }
 
@@ -202,10 +193,3 @@ TEST_F(DesktopTest, WithoutADisplayWindowsCannotBeListed)
 }
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
