@@ -1,12 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <ostream>
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "platform/jet/JetDatabase.h"
-#include "tests/jet/TestFile.h"
+#include "platform/storage/Bytes.h"
+#include "platform/storage/Storage.h"
 
 /// The kinds of files that every test of a whole database goes through.
 struct FileKind {
@@ -18,84 +21,60 @@ struct FileKind {
     bool jet4() const { return version == storage::FileVersion::Jet4; }
     qsizetype pageSize() const { return jet4() ? 4096 : 2048; }
 };
+inline const FileKind plainKinds[] = {{"Jet3", storage::FileVersion::Jet3}, {"Jet4", storage::FileVersion::Jet4}};
+inline const FileKind fileKinds[]
+    = {plainKinds[0],
+       plainKinds[1],
+       {"Jet3Encrypted", storage::FileVersion::Jet3, 0x5A17C0DE},
+       {"Jet4EncryptedWithPassword", storage::FileVersion::Jet4, 0x5A17C0DE, QStringLiteral("Größe 1")}};
 
-inline std::vector<FileKind> fileKinds()
+inline void PrintTo(const FileKind &kind, std::ostream *out)
 {
-    using storage::FileVersion;
-    return {{"Jet3", FileVersion::Jet3},
-            {"Jet4", FileVersion::Jet4},
-            {"Jet3Encrypted", FileVersion::Jet3, 0x5A17C0DE},
-            {"Jet4EncryptedWithPassword", FileVersion::Jet4, 0x5A17C0DE, QStringLiteral("Größe 1")}};
+    *out << kind.name;
 }
 
-inline std::string kindName(const testing::TestParamInfo<FileKind> &kind)
+/// What a check of the whole file finds, as one text: empty if nothing.
+QString faultsOf(const QString &path, const QString &password = {});
+
+/// How `work` fails, and on which item; nothing if it does not.
+std::optional<storage::StorageError::Kind> kindOf(const std::function<void()> &work, QString *item = nullptr);
+
+std::size_t count(storage::Cursor &cursor);
+QByteArray hex(storage::Bytes bytes);
+
+/// A Jet file of a test's own; gone with the object.
+class TestFile
 {
-    return kind.param.name;
-}
+public:
+    explicit TestFile(const FileKind &kind);
+
+    QString path() const { return m_folder.filePath(m_name); }
+    std::unique_ptr<storage::Database> open(bool readOnly = false) const;
+    QByteArray content() const;
+    /// The file must be closed.
+    void setContent(const QByteArray &content) const;
+    QString faults() const { return faultsOf(path(), m_password); }
+
+private:
+    const QString m_name = QStringLiteral("test.mdb");
+    QTemporaryDir m_folder{};
+    QString m_password;
+};
+
+/// Two tables with a relationship: 40 rows with long texts in "Parent", none in "Child".
+void fill(storage::Database &database);
 
 /// A new database of one kind, open for writing. After the test the whole file must be in order.
 class JetFileTest : public testing::TestWithParam<FileKind>
 {
 protected:
-    JetFileTest()
-        : m_file(GetParam().version, GetParam().password)
-    {
-        if (GetParam().pageKey != 0)
-            m_file.encrypt(GetParam().pageKey);
-        m_database = m_file.open();
-    }
     void TearDown() override
     {
-        close();
-        expectSound();
+        database.reset();
+        EXPECT_EQ(file.faults(), QString());
     }
+    storage::Table &table(const QString &name) { return *database->table(name); }
 
-    const TestFile &file() const { return m_file; }
-    QString path() const { return m_file.path(); }
-    QByteArray content() const { return m_file.content(); }
-    storage::Database &database() { return *m_database; }
-    storage::Table &table(const QString &name) { return *m_database->table(name); }
-    void close() { m_database.reset(); }
-    void reopen()
-    {
-        close();
-        m_database = m_file.open();
-    }
-    void expectSound() { EXPECT_EQ(m_file.faults(), QString()); }
-
-    static storage::Index index(const QString &name, std::vector<storage::IndexColumn> columns)
-    {
-        storage::Index made;
-        made.name = name;
-        made.columns = std::move(columns);
-        return made;
-    }
-    static storage::Index primaryKey(int column)
-    {
-        storage::Index made = index(QStringLiteral("PrimaryKey"), {{column, false}});
-        made.primary = true;
-        return made;
-    }
-    static std::size_t count(storage::Cursor &cursor)
-    {
-        std::size_t rows = 0;
-        while (cursor.next())
-            ++rows;
-        return rows;
-    }
-    /// Runs `work`, which must throw; returns the error.
-    template <typename Work> static storage::StorageError errorOf(const Work &work)
-    {
-        try {
-            work();
-        } catch (const storage::StorageError &error) {
-            return error;
-        }
-        ADD_FAILURE() << "nothing was thrown";
-        return {storage::StorageError::InputOutput, {}};
-    }
-
-private:
-    TestFile m_file;
-    std::unique_ptr<storage::Database> m_database;
+    const TestFile file{GetParam()};
+    std::unique_ptr<storage::Database> database = file.open();
 };
