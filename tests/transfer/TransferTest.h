@@ -1,23 +1,18 @@
 #pragma once
 
 #include <deque>
-#include <memory>
-#include <optional>
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <gmock/gmock.h>
 
-#include "tests/fakes/Beispieldaten.h"
-#include "tests/fakes/FakeAct.h"
-#include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/MitschreibendeEngine.h"
+#include "tests/startup/Gestartet.h"
 #include "transfer/frmMandantenpasswort.h"
 #include "transfer/frmUebertragung.h"
 
@@ -28,11 +23,11 @@ protected:
     TransferTest();
     ~TransferTest() override;
 
-    /// Puts a client into the folder; protected if a password is given.
-    void legeMandantAn(const QString &datei, const QString &kennwort = {});
+    /// Puts an unprotected client into the folder.
+    void legeMandantAn(const QString &datei);
     QString mandant(const QString &datei = QStringLiteral("Muster.PCK")) const { return m_ordner.filePath(datei); }
-    void merke(const QString &name, const QString &wert);
-    QString gemerkt(const QString &name) const;
+    /// A setting of the user, which outlives the run.
+    QString &gemerkt(const QString &name) { return m_tisch.settings[QStringLiteral("VELDRAK/Setting/") + name]; }
 
     /// Makes the group of these people, the first with role "H", and loads and shows the dialog.
     void zeige(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
@@ -40,16 +35,16 @@ protected:
     void zeigeMitMandant(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
     frmÜbertragung &dialog() { return *m_dialog; }
 
-    template <typename Widget> Widget &finde(const char16_t *name)
+    template <typename Widget> Widget &finde(QStringView name)
     {
-        return *m_dialog->findChild<Widget *>(QStringView(name).toString());
+        return *m_dialog->findChild<Widget *>(name.toString());
     }
-    QComboBox &liste(const char16_t *name) { return finde<QComboBox>(name); }
-    QLineEdit &feld(const char16_t *name) { return finde<QLineEdit>(name); }
+    QComboBox &liste(QStringView name) { return finde<QComboBox>(name); }
+    QLineEdit &feld(QStringView name) { return finde<QLineEdit>(name); }
     QString nummer() { return finde<QLabel>(u"lbNummer").text(); }
-    void klicke(const char16_t *knopf) { QTest::mouseClick(&finde<QPushButton>(knopf), Qt::LeftButton); }
+    void klicke(QStringView knopf) { QTest::mouseClick(&finde<QPushButton>(knopf), Qt::LeftButton); }
     void eintragen() { klicke(u"cmdEintragen"); }
-    static QStringList zeilenVon(const QComboBox &liste);
+    static QString zeilenVon(const QComboBox &liste); ///< joined by "|"
     /// A query on Muster.PCK.
     QStringList zeilen(const QString &abfrage) { return beispiel::zeilen(*m_engine, mandant(), abfrage); }
 
@@ -69,10 +64,9 @@ protected:
     std::unique_ptr<Haupt> m_haupt;
 
 private:
-    int notiere(const QString &zeile);
-    void richteMaschineEin();
+    int stoerung(const QString &zeile) const { return m_stoerung ? m_stoerung(zeile) : 0; }
+    void bereiteEngine();
     void beantworteKennwort();
-    void bildeGruppe(const std::vector<beispiel::Person> &personen);
 
     std::unique_ptr<MitschreibendeEngine> m_programmEngine;
     frmÜbertragung *m_dialog = nullptr;

@@ -2,7 +2,6 @@
 #include "tests/transfer/TransferTest.h"
 
 using namespace Qt::StringLiterals;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -31,7 +30,7 @@ TEST_F(Laden, SelectsWhatWasUsedLast)
         for (const auto &[name, wert] :
              {std::pair(u"Mandant"_s, row.mandant), {u"Typ"_s, row.typ}, {u"Laendercode"_s, row.code}}) {
             if (wert)
-                merke(name, *wert);
+                gemerkt(name) = *wert;
         }
         zeige();
         EXPECT_EQ(liste(u"cbxMandant").currentText(), row.zeigtMandant);
@@ -49,11 +48,22 @@ TEST_F(Laden, SelectsWhatWasUsedLast)
 TEST_F(Laden, EndsTheProgramOnATypeThatDoesNotExist)
 {
     for (const QString &typ : {u"4"_s, u"-1"_s}) {
-        merke(u"Typ"_s, typ);
+        gemerkt(u"Typ"_s) = typ;
         zeige();
-        EXPECT_TRUE(m_haupt->beendet());
+        EXPECT_TRUE(m_haupt->beendet() && m_haupt->Status().isHidden());
         EXPECT_EQ(m_tisch.boxTexts().last(), u"Fehler: 380:Ungültiger Eigenschaftswert"_s);
-        EXPECT_TRUE(m_haupt->Status().isHidden());
+    }
+}
+
+TEST_F(Laden, EndsTheProgramOnAnErrorOfTheClient)
+{
+    for (const auto &[bei, box] : {std::pair(u"OPEN Muster"_s, u"Fehler !\r\n3051:gestört"_s),
+                                   {u"Select FKAbfPreisGrp1"_s, u"Fehler: 3051:gestört"_s}}) {
+        m_tisch.boxes.clear();
+        m_stoerung = [stelle = bei](const QString &zeile) { return zeile.contains(stelle) ? 3051 : 0; };
+        zeigeMitMandant();
+        EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(box));
+        EXPECT_TRUE(m_haupt->beendet() && m_gefragt.isEmpty()) << "it is no password that is missing";
     }
 }
 
@@ -73,56 +83,47 @@ TEST_F(Laden, TellsItsStepsAndShowsTheGroup)
 {
     QStringList schritte;
     m_tisch.onYield = [&] {
-        const QString text = m_haupt->Status().lbStatus();
-        if (schritte.isEmpty() || schritte.last() != text)
-            schritte += text;
+        schritte += m_haupt->Status().lbStatus();
         EXPECT_TRUE(m_haupt->Status().isVisible());
     };
     legeMandantAn(u"Alt.PCK"_s);
     zeige();
-    EXPECT_THAT(schritte,
-                ElementsAre(u"Vorbereitung für den Transfer..."_s, u"Listen initialisieren..."_s,
-                            u"Liste für Mandanten füllen..."_s, u"Liste für Kontakte füllen..."_s,
-                            u"Zuletzt verwendeten Mandanten auswählen..."_s, u"Zuletzt verwendeten Typ auswählen..."_s,
-                            u"Zuletzt verwendeten Ländercode auswählen..."_s));
+    schritte.removeDuplicates();
+    EXPECT_EQ(schritte.join(u'\n').toStdString(),
+              "Vorbereitung für den Transfer...\nListen initialisieren...\nListe für Mandanten füllen...\n"
+              "Liste für Kontakte füllen...\nZuletzt verwendeten Mandanten auswählen...\n"
+              "Zuletzt verwendeten Typ auswählen...\nZuletzt verwendeten Ländercode auswählen...");
     EXPECT_TRUE(m_haupt->Status().isHidden());
-    EXPECT_EQ(zeilenVon(liste(u"cbxMandant")), (QStringList{u"Mandantenauswahl"_s, u"Alt.PCK"_s, u"Muster.PCK"_s}));
+    EXPECT_EQ(zeilenVon(liste(u"cbxMandant")), u"Mandantenauswahl|Alt.PCK|Muster.PCK"_s);
     EXPECT_EQ(finde<QLabel>(u"lbFirma").text(), u"Hansen & Söhne GmbH"_s);
-    QStringList namen;
-    for (int i = 0; i < finde<QListWidget>(u"lbxNamen").count(); ++i)
-        namen += finde<QListWidget>(u"lbxNamen").item(i)->text();
-    EXPECT_EQ(namen, (QStringList{u"Petra Sommer"_s, u"Jörg Äpfelbach"_s, u"Weiß"_s, u"Zoë Kühn"_s}));
-    EXPECT_EQ(finde<QListWidget>(u"lbxNamen").currentRow(), 0);
+    const auto &namen = finde<QListWidget>(u"lbxNamen");
+    ASSERT_EQ(namen.count(), 4);
+    EXPECT_EQ(namen.currentItem()->text(), u"Petra Sommer"_s);
+    EXPECT_EQ(namen.item(3)->text(), u"Zoë Kühn"_s);
     EXPECT_EQ(feld(u"txbLaendercode").toolTip(), u"internationale Ländervorwahl (D=49; A=43,CH=41 etc."_s);
 }
 
 TEST_F(Laden, TypeDecidesWhatCanBeGiven)
 {
-    // clang-format off
-    struct Row { int typ; QString nummer; bool preisliste; bool waehrung; bool rabatt; };
-    const Row rows[] = {
-        {1, u"K000000"_s, false, true,  true},
-        {0, u"D000003"_s, true,  true,  true},
-        {2, u"M000000"_s, false, true,  false},
-        {3, u"A000001"_s, false, false, false},
-    };
-    // clang-format on
     beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000000"_s, u"D000002"_s, u"A000000"_s});
     zeigeMitMandant();
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.typ);
-        liste(u"cbxTyp").setCurrentIndex(row.typ);
-        EXPECT_EQ(nummer(), row.nummer);
-        EXPECT_EQ(liste(u"cbxPreisliste").isEnabled(), row.preisliste);
-        EXPECT_EQ(liste(u"cbxWaehrung").isEnabled(), row.waehrung);
-        EXPECT_EQ(feld(u"txbRabatt").isEnabled(), row.rabatt);
+    for (const auto &[typ, vorschlag, preisliste, waehrung, rabatt] : {std::tuple(1, u"K000000"_s, false, true, true),
+                                                                       {0, u"D000003"_s, true, true, true},
+                                                                       {2, u"M000000"_s, false, true, false},
+                                                                       {3, u"A000001"_s, false, false, false}}) {
+        SCOPED_TRACE(typ);
+        liste(u"cbxTyp").setCurrentIndex(typ);
+        EXPECT_EQ(nummer(), vorschlag);
+        EXPECT_EQ(liste(u"cbxPreisliste").isEnabled(), preisliste);
+        EXPECT_EQ(liste(u"cbxWaehrung").isEnabled(), waehrung);
+        EXPECT_EQ(feld(u"txbRabatt").isEnabled(), rabatt);
         EXPECT_TRUE(feld(u"txbLaendercode").isEnabled());
     }
     liste(u"cbxMandant").setCurrentIndex(0);
     EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
     liste(u"cbxTyp").setCurrentIndex(1);
     EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
-    EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")), QStringList{u"Keine"_s});
+    EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")), u"Keine"_s);
     EXPECT_EQ(liste(u"cbxWaehrung").count(), 0);
 }
 
@@ -140,8 +141,7 @@ TEST_F(Laden, ClientChangeReadsPricesOnceAndCurrenciesTwice)
               u"SQL SELECT PersKtoNummer  FROM sPersKto  WHERE PersKtoArt=68  "
               "AND PersKtoNummer >= 'D000000'  ORDER BY PersKtoNummer DESC"_s);
     EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")),
-              (QStringList{u"Keine"_s, u"1 - Endkunden"_s, u"2 - Händler"_s, u"3 - Großhandel"_s, u"4 - Messepreise"_s,
-                           u"5 - Mitarbeiter"_s}));
+              u"Keine|1 - Endkunden|2 - Händler|3 - Großhandel|4 - Messepreise|5 - Mitarbeiter"_s);
 }
 
 TEST_F(Laden, LastCurrencyCalledEuroIsSelected)
@@ -168,7 +168,7 @@ TEST_F(Laden, LastCurrencyCalledEuroIsSelected)
         }
         beispiel::fuehreAus(*m_engine, mandant(), anweisungen);
         liste(u"cbxMandant").setCurrentIndex(1);
-        EXPECT_EQ(zeilenVon(liste(u"cbxWaehrung")), zeilen);
+        EXPECT_EQ(zeilenVon(liste(u"cbxWaehrung")), zeilen.join(u'|'));
         EXPECT_EQ(liste(u"cbxWaehrung").currentIndex(), row.gewaehlt);
         liste(u"cbxMandant").setCurrentIndex(0);
     }
