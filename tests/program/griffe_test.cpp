@@ -33,21 +33,15 @@ TEST(Griffe, NothingIsLeftOfDatabasesThatWereOpen)
 
     const auto oeffne
         = [&](const QString &pfad, const QString &connect) { return engine->OpenDatabase(pfad, 0, false, connect); };
-    const auto fehler = [&](const QString &pfad, const QString &connect) {
-        try {
-            oeffne(pfad, connect);
-        } catch (const dao::DaoError &grund) {
-            return grund.Number();
-        }
-        return 0;
-    };
+    const auto scheitert
+        = [](int nummer) { return testing::Throws<dao::DaoError>(testing::Property(&dao::DaoError::Number, nummer)); };
     const auto durchgang = [&](int nr) {
         beispiel::fuegeKontenHinzu(*engine, ordner.filePath(u"Ohne.PCK"_s), {u"D%1"_s.arg(nr, 6, 10, QChar(u'0'))});
         beispiel::fuehreAus(*engine, mandant, {u"UPDATE sPersKto SET PersKtoName='x'"_s}, u"geheim"_s);
         EXPECT_FALSE(oeffne(ordner.path(), u"FoxPro 2.6;"_s)->OpenRecordset(u"SELECT * FROM KONTAKTE"_s)->Eof());
-        EXPECT_EQ(fehler(mandant, u";PWD=falsch"_s), 3031);
-        EXPECT_EQ(fehler(brief, {}), 3343);
-        EXPECT_EQ(fehler(ordner.filePath(u"fehlt.PCK"_s), {}), 3024);
+        EXPECT_THAT([&] { oeffne(mandant, u";PWD=falsch"_s); }, scheitert(3031));
+        EXPECT_THAT([&] { oeffne(brief, {}); }, scheitert(3343));
+        EXPECT_THAT([&] { oeffne(ordner.filePath(u"fehlt.PCK"_s), {}); }, scheitert(3024));
         const auto offen = oeffne(mandant, u";PWD=geheim"_s)->OpenRecordset(u"sPersKto"_s); // outlives its database
     };
     beispiel::erzeugeMandant(*engine, ordner.filePath(u"Ohne.PCK"_s));
