@@ -6,9 +6,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include "platform/automation/Automation.h"
 #include "platform/dao/Dao.h"
-#include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/FakeAct.h"
+#include "tests/fakes/FaultyFiles.h"
 
 /// What one run of the program was like for its user.
 struct Ablauf {
@@ -35,9 +35,9 @@ public:
 
     Zehnergruppe();
 
-    QString tabelle() const; ///< ACT!'s contact table
+    QString tabelle() const { return ordner(u"/ACT/KONTAKTE.DBF"); } ///< ACT!'s contact table
     /// Takes everything back to before the first run.
-    void setzeZurueck();
+    void setzeZurueck() const;
 
     // What a user does by hand: in ACT! with the main contact's number, client and role, and in PC-Kaufmann.
     void verknuepfeHauptkontakt(const QString &nummer);
@@ -46,17 +46,22 @@ public:
     /// Runs the program beside ACT!. The user adopts everybody whom the search brings, makes the first member the main
     /// contact where there is none, presses "Fertig" or else "Transfer", and there "Eintragen".
     Ablauf uebertrage(Automation &act);
+    /// The same beside an ACT! in memory, to which this table and its first member belong. What it has been told stands
+    /// in the table afterwards: nobody reads it meanwhile.
+    Ablauf uebertrageMit(FakeAct &act);
 
     /// The client's accounts by number.
     QMap<QString, Konto> konten();
-    /// What ACT!'s contacts hold: texts by field number, by unique identifier.
-    QMap<QString, QMap<int, QString>> kontakte() const;
+    /// What ACT!'s contacts hold, by unique identifier.
+    QMap<QString, FakeAct::Contact> kontakte() const;
     static QString kennung(int mitglied); ///< of member 1 to 10; the first is the main contact
 
 private:
-    static void bediene(Ablauf &ablauf);
-    QString mandant() const { return m_ordner.filePath(QStringLiteral("Daten/PCK/Alsterland.PCK")); }
+    QString ordner(QStringView name = {}) const { return m_ordner.filePath(QStringLiteral("Daten") + name.toString()); }
+    QString mandant() const { return ordner(u"/PCK/Alsterland.PCK"); }
 
     QTemporaryDir m_ordner;
     std::unique_ptr<dao::DBEngine> m_engine;
+    FolderContent m_act; // before the first run
+    FolderContent m_pck;
 };
