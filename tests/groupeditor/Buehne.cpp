@@ -1,68 +1,31 @@
-// The stage: everything that the window needs, made new for each test but for the mapping, which is only read.
+// The stage: everything that the window needs, made new for each test but for the mapping.
 #include "tests/groupeditor/Buehne.h"
 
 #include <stdexcept>
 
-#include <QApplication>
 #include <QLineEdit>
-#include <QTest>
 
-#include "groupeditor/frmFehlerHptkt.h"
 #include "platform/dao/embedded/EmbeddedEngine.h"
-#include "util/coding.h"
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString programmordner()
-{
-    static const QTemporaryDir folder;
-    static const bool ready = [] {
-        const auto engine = dao::makeEmbeddedEngine();
-        beispiel::erzeugeMapping(*engine, folder.path());
-        return QFile::link(QStringLiteral(VELDRAK_BILDER), folder.filePath(u"bilder"_s));
-    }();
-    return ready ? folder.path() : QString();
-}
-
-} // namespace
-
-beispiel::Person person(const QString &id, const QString &typ, const QString &konto, const QString &firma)
-{
-    beispiel::Person person{id, firma};
-    person.nachname = u"Name "_s + id;
-    person.typ = typ;
-    person.nummer = konto.section(u'/', 0, 0);
-    person.mandant = konto.section(u'/', 1);
-    return person;
-}
-
-Buehne::Buehne(const std::vector<beispiel::Person> &personen)
+Buehne::Buehne(QStringView personen)
     : m_engine(dao::makeEmbeddedEngine())
 {
-    for (const beispiel::Person &eine : personen)
+    const std::vector<beispiel::Person> alle = beispiel::leute(personen.toString() + u"; Z - - Zeta Handel"_s);
+    for (const beispiel::Person &eine : alle)
         act.contacts.push_back(beispiel::alsAct(eine));
-    act.databasePath = beispiel::erzeugeKontakttabelle(*m_engine, m_folder.path(), personen);
+    act.databasePath = beispiel::erzeugeKontakttabelle(*m_engine, m_folder.path(), alle);
 }
 
 Buehne::~Buehne() = default;
 
-void Buehne::zeige(Wunsch wunsch)
+void Buehne::zeige(std::size_t aktueller, bool autoSuche)
 {
-    m_haupt = std::make_unique<Haupt>(
-        Umgebung{act, *m_engine, tisch, tisch, tisch, tisch, tisch, tisch, tisch, tisch, programmordner()});
-    m_haupt->ActApp = act.CreateObject({});
-    m_haupt->ActKontaktfenster = act.contactWindow();
-    m_haupt->ActFensterBreite = 800;
-    m_haupt->ActFensterHoehe = 600;
-    m_haupt->konfiguration = beispiel::konfiguration(m_folder.path() + u'/');
-    m_haupt->konfiguration.AutoSuche = wunsch.autoSuche;
-    m_haupt->SyncFelder.init(programmordner() + u"/veldrak.piz"_s, coding::mappingZugriff());
-    act.current = wunsch.aktueller;
-    m_haupt->Kontakt = std::make_shared<clKontakt>(m_haupt->konfiguration, *m_haupt);
-    m_haupt->Kontakt->init(m_haupt->SyncFelder);
-    m_haupt->Kontakt->lese_OLE_Werte(*m_haupt->ActKontaktfenster);
+    m_haupt = gestarteterHaupt(act, *m_engine, tisch, m_folder.path() + u'/');
+    m_haupt->konfiguration.AutoSuche = autoSuche;
+    act.current = aktueller;
+    m_haupt->Kontakt = gelesenerKontakt(*m_haupt);
     act.calls.clear();
     m_haupt->ausgefuehrt([this] {
         m_fenster = &m_haupt->lade(std::make_unique<frmHauptkontakt>(*m_haupt));
@@ -70,57 +33,63 @@ void Buehne::zeige(Wunsch wunsch)
     });
 }
 
-void Buehne::suche(const QString &begriff)
+void Buehne::suche(QStringView begriff)
 {
-    finde<QLineEdit>(u"tbSuche"_s).setText(begriff);
-    klicke(u"cmdSuchen"_s);
+    finde<QLineEdit>(u"tbSuche").setText(begriff.toString());
+    klicke(u"cmdSuchen");
 }
 
-void Buehne::klicke(const QString &knopf)
+void Buehne::klicke(QStringView knopf)
 {
     auto &button = finde<QPushButton>(knopf);
     if (!button.isEnabled() || button.isHidden())
-        throw std::logic_error(qPrintable(knopf + u" is off"_s));
+        throw std::logic_error(qPrintable(knopf.toString() + u" is off"_s));
     button.click();
 }
 
-void Buehne::waehle(KontaktListe &liste, const QStringList &ids)
+void Buehne::waehle(KontaktListe &liste, QStringView ids)
 {
+    const QList<QStringView> gewaehlte = ids.split(u' ');
     for (int i = 1; i <= liste.Anzahl(); ++i)
-        liste.Item(i).setSelected(ids.contains(liste.uniqueID(liste.Item(i))));
+        liste.Item(i).setSelected(gewaehlte.contains(liste.uniqueID(liste.Item(i))));
 }
 
-void Buehne::uebernimm(const QStringList &ids)
+void Buehne::uebernimm(QStringView ids)
 {
     waehle(treffer(), ids);
-    klicke(u"cmdÜbernehmen"_s);
+    klicke(u"cmdÜbernehmen");
 }
 
-void Buehne::entferne(const QStringList &ids)
+void Buehne::entferne(QStringView ids)
 {
     waehle(mitglieder(), ids);
-    klicke(u"cmdEntfernen"_s);
+    klicke(u"cmdEntfernen");
 }
 
-QStringList Buehne::inhalt(const KontaktListe &liste)
+void Buehne::macheHauptkontakt(QStringView ids)
+{
+    waehle(mitglieder(), ids);
+    klicke(u"cmdHauptkontakt");
+}
+
+QString Buehne::inhalt(const KontaktListe &liste)
 {
     QStringList zeilen;
     for (int i = 1; i <= liste.Anzahl(); ++i) {
         const QTreeWidgetItem &item = liste.Item(i);
-        QString zeile = liste.uniqueID(item) + u", "_s + QString::number(KontaktListe::icon(item));
-        if (!(liste.nummer(item) + liste.mandant(item)).isEmpty())
-            zeile += u", "_s + liste.nummer(item) + u'/' + liste.mandant(item);
-        zeilen += zeile;
+        const QString konto = liste.nummer(item) + u'/' + liste.mandant(item);
+        zeilen += u"%1 %2"_s.arg(liste.uniqueID(item)).arg(KontaktListe::icon(item));
+        zeilen.last() += konto == u'/' ? QString() : u' ' + konto;
     }
-    return zeilen;
+    return zeilen.join(u", "_s);
 }
 
-QStringList Buehne::ids(const KontaktListe &liste)
+QString Buehne::ids(const KontaktListe &liste)
 {
     QStringList ids;
     for (int i = 1; i <= liste.Anzahl(); ++i)
         ids += liste.uniqueID(liste.Item(i));
-    return ids;
+    return ids.join(u' ');
 }
 
 QString Buehne::knoepfe()
@@ -135,13 +104,4 @@ QString Buehne::knoepfe()
             zeichen += u'?';
     }
     return zeichen;
-}
-
-QDialog *Buehne::mehrdeutig() const
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *dialog = dynamic_cast<frmFehlerHptkt *>(widget))
-            return dialog;
-    }
-    return nullptr;
 }
