@@ -81,22 +81,13 @@ void place(QByteArray &content, qint64 position, const QByteArray &bytes)
 }
 
 /// Which of the operations that were not flushed have reached the disk.
-class Luck
-{
-public:
-    explicit Luck(unsigned seed)
-        : m_seed(seed)
-        , m_random(seed)
-    { }
-    bool halvesTheLast() const { return m_seed == 2; }
-    bool happens() { return isAll() || (m_seed != 0 && m_random() % 2 == 0); }
-    std::size_t upTo(std::size_t count) { return m_seed == 0 ? 0 : isAll() ? count : m_random() % (count + 1); }
+struct Luck {
+    bool isAll() const { return seed == 1 || seed == 2; }
+    bool happens() { return isAll() || (seed != 0 && random() % 2 == 0); }
+    std::size_t upTo(std::size_t count) { return seed == 0 ? 0 : isAll() ? count : random() % (count + 1); }
 
-private:
-    bool isAll() const { return m_seed == 1 || m_seed == 2; }
-
-    unsigned m_seed;
-    std::mt19937 m_random;
+    unsigned seed;
+    std::mt19937 random{seed};
 };
 
 void change(QByteArray &content, const Recording::Operation &operation, bool flushed, Luck &luck)
@@ -109,8 +100,7 @@ void change(QByteArray &content, const Recording::Operation &operation, bool flu
         return place(content, operation.position, operation.bytes);
     // Of a write all, nothing, its beginning or any sectors.
     const std::size_t kept = luck.upTo(3);
-    const qsizetype beginning
-        = static_cast<qsizetype>(luck.upTo(std::size_t(operation.bytes.size() / sector))) * sector;
+    const auto beginning = sector * static_cast<qsizetype>(luck.upTo(std::size_t(operation.bytes.size() / sector)));
     for (qsizetype at = 0; at < operation.bytes.size();) {
         const qint64 position = operation.position + at;
         const qsizetype size = std::min(sector - position % sector, operation.bytes.size() - at);
@@ -124,7 +114,7 @@ void change(QByteArray &content, const Recording::Operation &operation, bool flu
 
 FolderContent Recording::afterPowerLoss(std::size_t operations, unsigned seed) const
 {
-    Luck luck(seed);
+    Luck luck{seed};
     std::map<int, std::size_t> flushedTo; // by file; of the folder: -1
     std::vector<const Operation *> names;
     std::size_t namesFlushed = 0;
@@ -140,7 +130,7 @@ FolderContent Recording::afterPowerLoss(std::size_t operations, unsigned seed) c
     std::vector<QByteArray> contents = m_firstContent;
     for (std::size_t i = 0; i < operations; ++i) {
         Operation operation = m_operations[i];
-        if (i + 1 == operations && luck.halvesTheLast())
+        if (i + 1 == operations && luck.seed == 2)
             operation.bytes.truncate(operation.bytes.size() / 2 / sector * sector);
         if (operation.kind == Kind::Write || operation.kind == Kind::Resize)
             change(contents[std::size_t(operation.file)], operation, i < flushedTo[operation.file], luck);
@@ -172,59 +162,43 @@ public:
 
     QString path() const override { return m_file->path(); }
     bool writable() const override { return m_file->writable(); }
+    void unlock(storage::ByteRange range) noexcept override { m_file->unlock(range); }
 
-    qint64 size() const override
-    {
-        m_files.read(path(), u"Ermitteln der Länge"_s);
-        return m_file->size();
-    }
-
+    qint64 size() const override { return looked().size(); }
     using File::read;
-    void read(qint64 position, storage::MutableBytes into) const override
-    {
-        m_files.read(path(), u"Lesen"_s);
-        m_file->read(position, into);
-    }
+    void read(qint64 position, storage::MutableBytes into) const override { looked().read(position, into); }
+    bool tryLock(storage::ByteRange range, storage::LockKind kind) override { return looked().tryLock(range, kind); }
+    bool isStillThere() const override { return looked().isStillThere(); }
 
     void write(qint64 position, Bytes bytes) override
     {
         try {
-            m_files.change(path(), u"Schreiben"_s);
+            m_files.count(Fault::Of::Changes, path());
         } catch (const StorageError &) {
-            if (m_files.m_fault.partly && m_files.count(m_files.m_fault.of) == m_files.m_fault.at)
+            if (m_files.m_fault.partly && m_files.counted() == m_files.m_fault.at)
                 writeNow(position, bytes.first(bytes.size() / 2 / sector * sector));
             throw;
         }
         writeNow(position, bytes);
     }
-
     void resize(qint64 size) override
     {
-        m_files.change(path(), u"Ändern der Länge"_s);
+        m_files.count(Fault::Of::Changes, path());
         m_file->resize(size);
         m_files.note({.kind = Kind::Resize, .file = m_number, .position = size});
     }
-
     void sync() override
     {
-        m_files.change(path(), u"Schreiben auf den Datenträger"_s);
+        m_files.count(Fault::Of::Changes, path());
         m_files.note({.kind = Kind::Sync, .file = m_number});
     }
 
-    bool tryLock(storage::ByteRange range, storage::LockKind kind) override
-    {
-        m_files.read(path(), u"Sperren"_s);
-        return m_file->tryLock(range, kind);
-    }
-    void unlock(storage::ByteRange range) noexcept override { m_file->unlock(range); }
-
-    bool isStillThere() const override
-    {
-        m_files.read(path(), u"Nachsehen"_s);
-        return m_file->isStillThere();
-    }
-
 private:
+    storage::File &looked() const
+    {
+        m_files.count(Fault::Of::Readings, path());
+        return *m_file;
+    }
     void writeNow(qint64 position, Bytes bytes)
     {
         m_file->write(position, bytes);
@@ -237,12 +211,6 @@ private:
     int m_number;
 };
 
-FaultyFiles::FaultyFiles(storage::FileSystem &files)
-    : m_files(files)
-{ }
-
-FaultyFiles::~FaultyFiles() = default;
-
 void FaultyFiles::start(const Fault &fault)
 {
     m_fault = fault;
@@ -251,51 +219,29 @@ void FaultyFiles::start(const Fault &fault)
     m_struck = false;
 }
 
-int FaultyFiles::count(Fault::Of of) const
+int FaultyFiles::counted() const
 {
-    return (of == Fault::Of::Readings ? 0 : m_changes) + (of == Fault::Of::Changes ? 0 : m_readings);
+    return (m_fault.of == Fault::Of::Readings ? 0 : m_changes) + (m_fault.of == Fault::Of::Changes ? 0 : m_readings);
+}
+
+void FaultyFiles::count(Fault::Of of, const QString &path, ErrorOf errorOf) const
+{
+    ++(of == Fault::Of::Changes ? m_changes : m_readings);
+    const bool concerned = m_fault.at != 0 && (m_fault.of == Fault::Of::All || m_fault.of == of);
+    const int now = counted();
+    const bool strikes = concerned && (now == m_fault.at || (now > m_fault.at && m_fault.lasting));
+    if (!strikes && !(m_struck && m_fault.kill))
+        return;
+    m_struck = true;
+    if (m_fault.error == 0)
+        throw StorageError(StorageError::Damaged, u"%1 ist abgeschnitten"_s.arg(path));
+    throw errorOf(m_fault.error, path, u"Zugriff"_s);
 }
 
 Recording &FaultyFiles::record(const QString &folder)
 {
     m_recording.reset(new Recording(folder));
     return *m_recording;
-}
-
-/// Counts an operation; whether it is to fail.
-bool FaultyFiles::strikes(Fault::Of of) const
-{
-    ++(of == Fault::Of::Changes ? m_changes : m_readings);
-    if (m_struck && m_fault.kill)
-        return true;
-    if (m_fault.at == 0 || (m_fault.of != Fault::Of::All && m_fault.of != of))
-        return false;
-    const int now = count(m_fault.of);
-    if (now < m_fault.at || (now > m_fault.at && !m_fault.lasting))
-        return false;
-    m_struck = true;
-    return true;
-}
-
-void FaultyFiles::read(const QString &path, const QString &what) const
-{
-    if (!strikes(Fault::Of::Readings))
-        return;
-    if (m_fault.error == 0)
-        throw StorageError(StorageError::Damaged, u"%1 ist abgeschnitten"_s.arg(path));
-    throw storage::fileError(m_fault.error, path, what);
-}
-
-void FaultyFiles::change(const QString &path, const QString &what)
-{
-    if (strikes(Fault::Of::Changes))
-        throw storage::fileError(m_fault.error, path, what);
-}
-
-void FaultyFiles::changeName(const QString &path, const QString &what)
-{
-    if (strikes(Fault::Of::Changes))
-        throw storage::nameError(m_fault.error, path, what);
 }
 
 void FaultyFiles::note(const Recording::Operation &operation)
@@ -306,16 +252,16 @@ void FaultyFiles::note(const Recording::Operation &operation)
 
 std::unique_ptr<storage::File> FaultyFiles::open(const QString &path, storage::Access access)
 {
-    read(path, u"Öffnen"_s);
-    auto file = m_files.open(path, access);
+    count(Fault::Of::Readings, path);
+    auto file = storage::systemFiles().open(path, access);
     const int number = m_recording ? m_recording->fileAt(QFileInfo(path).fileName()) : 0;
     return std::make_unique<FaultyFile>(*this, std::move(file), number);
 }
 
 std::unique_ptr<storage::File> FaultyFiles::create(const QString &path)
 {
-    changeName(path, u"Anlegen"_s);
-    auto file = m_files.create(path);
+    count(Fault::Of::Changes, path, storage::nameError);
+    auto file = storage::systemFiles().create(path);
     const int number = m_recording ? static_cast<int>(m_recording->m_firstContent.size()) : 0;
     note({.kind = Kind::Create, .file = number, .name = QFileInfo(path).fileName()});
     return std::make_unique<FaultyFile>(*this, std::move(file), number);
@@ -323,28 +269,28 @@ std::unique_ptr<storage::File> FaultyFiles::create(const QString &path)
 
 bool FaultyFiles::exists(const QString &path) const
 {
-    read(path, u"Nachsehen"_s);
-    return m_files.exists(path);
+    count(Fault::Of::Readings, path);
+    return storage::systemFiles().exists(path);
 }
 
 void FaultyFiles::remove(const QString &path)
 {
-    changeName(path, u"Löschen"_s);
-    m_files.remove(path);
+    count(Fault::Of::Changes, path, storage::nameError);
+    storage::systemFiles().remove(path);
     note({.kind = Kind::Remove, .name = QFileInfo(path).fileName()});
 }
 
 void FaultyFiles::rename(const QString &from, const QString &to)
 {
-    changeName(to, u"Umbenennen"_s);
+    count(Fault::Of::Changes, to, storage::nameError);
     const QString name = QFileInfo(from).fileName();
     const int number = m_recording ? m_recording->fileAt(name) : 0;
-    m_files.rename(from, to);
+    storage::systemFiles().rename(from, to);
     note({.kind = Kind::Rename, .file = number, .name = name, .newName = QFileInfo(to).fileName()});
 }
 
 void FaultyFiles::syncFolderOf(const QString &path)
 {
-    change(QFileInfo(path).path(), u"Schreiben auf den Datenträger"_s);
+    count(Fault::Of::Changes, QFileInfo(path).path());
     note({.kind = Kind::SyncFolder});
 }

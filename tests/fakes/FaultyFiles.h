@@ -67,15 +67,10 @@ private:
 class FaultyFiles final : public storage::FileSystem
 {
 public:
-    explicit FaultyFiles(storage::FileSystem &files = storage::systemFiles());
-    ~FaultyFiles() override;
-
     /// Begins to count anew; whatever went wrong before is over.
     void start(const Fault &fault = {});
-    int count(Fault::Of of) const;
     /// Whether the fault has happened.
     bool hasStruck() const { return m_struck; }
-
     /// Begins to write down what changes in a folder.
     Recording &record(const QString &folder);
 
@@ -88,13 +83,12 @@ public:
 
 private:
     friend class FaultyFile;
-    bool strikes(Fault::Of of) const;
-    void read(const QString &path, const QString &what) const;
-    void change(const QString &path, const QString &what);
-    void changeName(const QString &path, const QString &what);
+    using ErrorOf = storage::StorageError (*)(int, const QString &, const QString &);
+    /// Counts an operation; throws if it is to fail.
+    void count(Fault::Of of, const QString &path, ErrorOf errorOf = storage::fileError) const;
+    int counted() const;
     void note(const Recording::Operation &operation);
 
-    storage::FileSystem &m_files;
     Fault m_fault{};
     mutable int m_changes = 0;
     mutable int m_readings = 0;

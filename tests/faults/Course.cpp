@@ -1,15 +1,16 @@
 // Courses of statements, run once without any fault to know what is right.
 #include "tests/faults/Course.h"
 
+#include <algorithm>
 #include <stdexcept>
 
-#include <QDebug>
 #include <QFile>
 
+#include "platform/dao/DaoError.h"
 #include "platform/dao/embedded/EmbeddedEngine.h"
 #include "platform/jet/JetDatabase.h"
-#include "platform/jet/Verifier.h"
 #include "tests/fakes/Beispieldaten.h"
+#include "tools/veldrak-db/Json.h"
 
 using namespace Qt::StringLiterals;
 
@@ -45,92 +46,76 @@ QStringList definitionStatements()
             u"INSERT INTO sPersKom SELECT PersKtoNummer, 1, 'Fax', '', '', 1 FROM sPersKto"_s};
 }
 
-QStringList existingAccounts()
-{
-    QStringList numbers;
-    for (int i = 0; i < 50; ++i)
-        numbers += u"D0100%1"_s.arg(i, 2, 10, QChar(u'0'));
-    return numbers;
-}
-
-/// What all courses begin with.
+/// What all courses begin with: a client with 50 accounts.
 const FolderContent &clientOf(Version version)
 {
     static std::map<Version, FolderContent> clients;
     FolderContent &client = clients[version];
     if (client.empty()) {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(Course::fileName());
-        const auto engine = Course::engineOver(storage::systemFiles());
-        beispiel::erzeugeMandant(*engine, path, {}, version);
-        beispiel::fuegeKontenHinzu(*engine, path, existingAccounts());
-        client = readFolder(folder.path());
+        const ClientFolder folder;
+        QStringList numbers;
+        for (int i = 0; i < 50; ++i)
+            numbers += u"D0100%1"_s.arg(i, 2, 10, QChar(u'0'));
+        const auto engine = engineOver();
+        beispiel::erzeugeMandant(*engine, folder.path(), {}, version);
+        beispiel::fuegeKontenHinzu(*engine, folder.path(), numbers);
+        client = folder.content();
     }
     return client;
 }
 
-QString textOf(const storage::Value &value)
-{
-    QString text;
-    QDebug(&text).nospace() << value.index();
-    std::visit(
-        [&text](const auto &content) {
-            using Content = std::decay_t<decltype(content)>;
-            if constexpr (std::is_same_v<Content, storage::Currency>)
-                text += QString::number(content.tenThousandths);
-            else if constexpr (std::is_same_v<Content, storage::DateTime>)
-                text += QString::number(content.days, 'g', 17);
-            else if constexpr (std::is_same_v<Content, storage::Decimal>)
-                text += content.text;
-            else if constexpr (!std::is_same_v<Content, std::monostate>)
-                QDebug(&text) << content;
-        },
-        value);
-    return text;
-}
-
 } // namespace
 
-std::unique_ptr<dao::DBEngine> Course::engineOver(storage::FileSystem &files)
+std::unique_ptr<dao::DBEngine> engineOver(storage::FileSystem &files)
 {
     return std::make_unique<dao::EmbeddedEngine>(std::make_unique<jet::JetDriver>(files), nullptr);
 }
 
-std::shared_ptr<dao::Database> Course::open(dao::DBEngine &engine, const QTemporaryDir &folder)
+std::pair<int, QString> told(const std::function<void()> &action)
 {
-    return engine.OpenDatabase(folder.filePath(fileName()), 0, false, {});
+    try {
+        action();
+        return {};
+    } catch (const dao::DaoError &error) {
+        return {error.Number(), error.Description()};
+    }
 }
 
-QStringList Course::rowsOf(const QString &path)
+QStringList rowsOf(const QString &path)
 {
     const auto database = jet::JetDriver().open({path, {}, true});
     QStringList rows;
     for (const QString &name : database->tableNames()) {
         storage::Table &table = *database->table(name);
         for (const auto cursor = table.scan(); cursor->next();) {
-            QString row = name;
-            for (int i = 0; i < static_cast<int>(table.schema().columns.size()); ++i)
-                row += u'|' + textOf(cursor->value(i));
-            rows += row;
+            rows += name;
+            for (int i = 0; const storage::Column &column : table.schema().columns)
+                rows.last() += u'|' + json::value(cursor->value(i++), column.type);
         }
     }
     rows.sort();
     return rows;
 }
 
+std::shared_ptr<dao::Database> ClientFolder::open(dao::DBEngine &engine) const
+{
+    return engine.OpenDatabase(path(), 0, false, {});
+}
+
 Course::Course(Version version, const QStringList &statements)
     : m_statements(statements)
 {
-    const QString path = m_folder.filePath(fileName());
+    const ClientFolder folder;
     const auto engine = engineOver(m_files);
-    writeFolder(m_folder.path(), clientOf(version));
-    m_recording = &m_files.record(m_folder.path());
+    folder.setContent(clientOf(version));
+    const QString client = clientOf(version).begin()->first;
+    m_recording = &m_files.record(folder.folder.path());
     const auto remember = [&] {
-        m_contents.push_back(readFolder(m_folder.path()).at(fileName()));
-        m_rows.push_back(rowsOf(path));
+        m_contents.push_back({{client, folder.content().at(client)}});
+        m_rows.push_back(rowsOf(folder.path()));
         m_returned.push_back(m_recording->size());
     };
-    const auto database = open(*engine, m_folder);
+    const auto database = folder.open(*engine);
     remember();
     for (std::size_t i = 0; i < size(); ++i) {
         run(*database, i);
@@ -172,15 +157,6 @@ void Course::run(dao::Database &database, std::size_t number) const
 
 std::size_t Course::returnedAfter(std::size_t operations) const
 {
-    std::size_t returned = 0;
-    while (returned < size() && m_returned[returned + 1] <= operations)
-        ++returned;
-    return returned;
-}
-
-QString faultsOf(const QString &path)
-{
-    jet::PageFile file(storage::systemFiles(), {path, {}, true});
-    const jet::VerifyReport report = jet::verify(file);
-    return QStringList(report.faults.begin(), report.faults.end()).join(u'\n');
+    const auto first = m_returned.begin() + 1; // behind the opening
+    return static_cast<std::size_t>(std::upper_bound(first, m_returned.end(), operations) - first);
 }

@@ -1,9 +1,7 @@
 // A disk that is really full or read-only, and a folder in which a user may not write.
-#include <functional>
 #include <iostream>
 
 #include <QFile>
-#include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -18,40 +16,28 @@ using dao::DaoError;
 
 namespace {
 
-/// A small disk of its own; unmounted with the object.
-class SmallDisk
+class RealDisk : public CourseTest
 {
-public:
-    explicit SmallDisk(const char *options)
-        : m_mounted(::mount("tmpfs", name().constData(), "tmpfs", 0, options) == 0)
-    { }
-    ~SmallDisk()
+protected:
+    ~RealDisk() override
     {
         if (m_mounted)
             ::umount(name().constData());
     }
-    bool isMounted() const { return m_mounted; }
-    bool makeReadOnly() { return ::mount(nullptr, name().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0; }
-    bool makeWritable() { return ::mount(nullptr, name().constData(), nullptr, MS_REMOUNT, nullptr) == 0; }
-    const QTemporaryDir &folder() const { return m_folder; }
+    /// Makes the folder a small disk of its own.
+    bool mount() { return m_mounted = ::mount("tmpfs", name().constData(), "tmpfs", 0, "size=2m") == 0; }
+    void remount(unsigned long flags)
+    {
+        ASSERT_EQ(::mount(nullptr, name().constData(), nullptr, MS_REMOUNT | flags, nullptr), 0);
+    }
 
 private:
-    QByteArray name() const { return QFile::encodeName(m_folder.path()); }
+    QByteArray name() const { return QFile::encodeName(folder.folder.path()); }
 
-    QTemporaryDir m_folder{};
-    bool m_mounted;
+    bool m_mounted = false;
 };
 
-/// What an action tells: the number and the German text, or nothing.
-std::pair<int, QString> told(const std::function<void()> &action)
-{
-    try {
-        action();
-        return {};
-    } catch (const DaoError &error) {
-        return {error.Number(), error.Description()};
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Files, RealDisk, bothVersions, testing::PrintToStringParamName());
 
 /// Runs a check as another user than root in a process of its own; its result is 0 if all is well.
 int asOrdinaryUser(const std::function<int()> &check)
@@ -69,34 +55,23 @@ int asOrdinaryUser(const std::function<int()> &check)
 
 } // namespace
 
-#define NEED_DISK(disk)                                                                                                \
-    if (!(disk).isMounted())                                                                                           \
-    GTEST_SKIP() << "needs the right to mount a tmpfs"
-
-class RealDisk : public testing::TestWithParam<Version>
-{ };
-INSTANTIATE_TEST_SUITE_P(Files, RealDisk, testing::Values(dao::DBEngine::dbVersion30, dao::DBEngine::dbVersion40),
-                         [](const auto &version) { return versionName(version.param); });
-
 TEST_P(RealDisk, ThatIsFullIsNamedAndNothingIsLost)
 {
-    const SmallDisk disk("size=2m");
-    NEED_DISK(disk);
-    const QString path = disk.folder().filePath(Course::fileName());
-    const auto engine = Course::engineOver(storage::systemFiles());
-    beispiel::erzeugeMandant(*engine, path, {}, GetParam());
+    if (!mount())
+        GTEST_SKIP() << "needs the right to mount a tmpfs";
+    beispiel::erzeugeMandant(*engine, folder.path(), {}, GetParam());
     // Another file takes all but some kilobytes, so that the disk is full now at the journal, now at the client.
     int failures = 0;
-    int accounts = 0;
     for (qint64 room = 0; room <= 128 * 1024; room += 4096) {
         SCOPED_TRACE(room);
-        const auto database = Course::open(*engine, disk.folder());
+        const auto database = folder.open(*engine);
         database->Execute(u"UPDATE Waehrung SET WhrgName='Euro' WHERE WhrgNr=1"_s); // lock file and journal are there
-        QFile ballast(disk.folder().filePath(u"ballast"_s));
+        QFile ballast(folder.path(u"ballast"_s));
         ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
         const QByteArray block(4096, 'x');
         while (ballast.write(block) == block.size()) { }
         ASSERT_TRUE(ballast.resize(std::max<qint64>(0, ballast.size() - room)));
+        int accounts = 0;
         const auto insert = [&] {
             const QString sql = u"INSERT INTO sPersKto (PersKtoNummer, PersKtoBemerkung) VALUES ('D%1', '%2')"_s;
             database->Execute(sql.arg(accounts).arg(QString(20000, u'x')));
@@ -111,14 +86,13 @@ TEST_P(RealDisk, ThatIsFullIsNamedAndNothingIsLost)
             EXPECT_TRUE(answer.second.startsWith(u"Auf dem Datenträger ist nicht genug Platz."_s))
                 << qPrintable(answer.second);
         }
-        EXPECT_EQ(beispiel::zeilen(*engine, path, u"SELECT PersKtoNummer FROM sPersKto"_s).size(), accounts);
+        EXPECT_EQ(beispiel::zeilen(*engine, folder.path(), u"SELECT PersKtoNummer FROM sPersKto"_s).size(), accounts);
         ASSERT_TRUE(ballast.remove());
         EXPECT_EQ(told(insert).first, 0) << "works on";
         database->Execute(u"DELETE FROM sPersKto"_s);
-        accounts = 0;
         database->Close();
-        ASSERT_EQ(faultsOf(path), QString());
-        ASSERT_EQ(readFolder(disk.folder().path()).size(), 1U);
+        ASSERT_EQ(faultsOf(folder.path()), QString());
+        ASSERT_EQ(folder.content().size(), 1U);
     }
     EXPECT_GT(failures, 0);
     std::cout << "full disk: " << failures << " times" << std::endl;
@@ -126,32 +100,29 @@ TEST_P(RealDisk, ThatIsFullIsNamedAndNothingIsLost)
 
 TEST_P(RealDisk, ThatIsReadOnlyIsReadAndNamed)
 {
-    SmallDisk disk("size=4m");
-    NEED_DISK(disk);
-    const Course &course = Course::transfer(GetParam());
-    const QString path = disk.folder().filePath(Course::fileName());
-    const auto engine = Course::engineOver(storage::systemFiles());
-    writeFolder(disk.folder().path(), {{Course::fileName(), course.content(0)}});
-    ASSERT_TRUE(disk.makeReadOnly());
-    EXPECT_EQ(Course::rowsOf(path), course.rows(0));
-    auto answer = told([&] { course.run(*Course::open(*engine, disk.folder()), 0); });
+    if (!mount())
+        GTEST_SKIP() << "needs the right to mount a tmpfs";
+    folder.setContent(transfer.content(0));
+    remount(MS_RDONLY);
+    EXPECT_EQ(rowsOf(folder.path()), transfer.rows(0));
+    auto answer = told([&] { transfer.run(*folder.open(*engine), 0); });
     EXPECT_EQ(answer.first, int(DaoError::ReadOnly));
     EXPECT_TRUE(answer.second.startsWith(u"Aktualisieren nicht möglich. Die Datenbank oder das Objekt ist schreib"_s));
-    answer = told([&] { engine->CreateDatabase(disk.folder().filePath(u"Neu.PCK"_s), {}, GetParam()); });
+    answer = told([&] { engine->CreateDatabase(folder.path(u"Neu.PCK"_s), {}, GetParam()); });
     EXPECT_EQ(answer.first, int(DaoError::CannotLock)) << qPrintable(answer.second);
 
     // Interrupted in the middle of a commit: half a change is neither shown nor lost.
-    ASSERT_TRUE(disk.makeWritable());
+    remount(0);
     std::size_t done = 0;
-    while (course.recording().operations()[done].kind != Recording::Kind::Sync)
+    while (transfer.recording().operations()[done].kind != Recording::Kind::Sync)
         ++done;
-    writeFolder(disk.folder().path(), course.recording().afterPowerLoss(done + 3, 1));
-    ASSERT_TRUE(disk.makeReadOnly());
-    answer = told([&] { Course::open(*engine, disk.folder()); });
+    folder.setContent(transfer.recording().afterPowerLoss(done + 3, 1));
+    remount(MS_RDONLY);
+    answer = told([&] { folder.open(*engine); });
     EXPECT_EQ(answer.first, int(DaoError::ReadOnly)) << qPrintable(answer.second);
-    ASSERT_TRUE(disk.makeWritable());
-    Course::open(*engine, disk.folder())->Close();
-    EXPECT_EQ(readFolder(disk.folder().path()).at(Course::fileName()), course.content(0));
+    remount(0);
+    folder.open(*engine)->Close();
+    EXPECT_EQ(folder.content(), transfer.content(0));
 }
 
 TEST_P(RealDisk, WithAFolderOrFileOfOthersIsReadAndNamed)
@@ -171,30 +142,27 @@ TEST_P(RealDisk, WithAFolderOrFileOfOthersIsReadAndNamed)
         {"folder forbidden", 0000, 0666, DaoError::CannotOpen, 0},
         {"all allowed", 0777, 0666, 0, 0},
     };
-    const Course &course = Course::transfer(GetParam());
-    const auto engine = Course::engineOver(storage::systemFiles());
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(Course::fileName());
-        writeFolder(folder.path(), {{Course::fileName(), course.content(0)}});
-        ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), row.file), 0);
-        ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), row.folder), 0);
+        folder.setContent(transfer.content(0));
+        const QByteArray folderName = QFile::encodeName(folder.folder.path());
+        ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), row.file), 0);
+        ASSERT_EQ(::chmod(folderName.constData(), row.folder), 0);
         const int result = asOrdinaryUser([&] {
             std::shared_ptr<dao::Database> database;
-            const int opening = told([&] { database = Course::open(*engine, folder); }).first;
-            if (opening != row.opening)
+            if (told([&] { database = folder.open(*engine); }).first != row.opening)
                 return 1;
             if (!database)
                 return 0;
             if (database->OpenRecordset(u"sPersKto"_s)->RecordCount() == 0)
                 return 2;
-            const auto writing = told([&] { course.run(*database, 0); });
+            const auto writing = told([&] { transfer.run(*database, 0); });
             std::cerr << (writing.first == row.writing ? "" : qPrintable(writing.second));
             return writing.first == row.writing ? 0 : 3;
         });
         EXPECT_EQ(result, 0) << "1: opening, 2: reading, 3: writing, 99: no other user";
-        ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
-        EXPECT_EQ(readFolder(folder.path()).at(Course::fileName()), course.content(row.writing || row.opening ? 0 : 1));
+        ASSERT_EQ(::chmod(folderName.constData(), 0777), 0);
+        EXPECT_EQ(readFolder(folder.folder.path()).at(transfer.content(0).begin()->first),
+                  transfer.content(row.writing || row.opening ? 0 : 1).begin()->second);
     }
 }

@@ -1,10 +1,10 @@
 // A process that writes is really killed, again and again, in the same client.
+#include <csignal>
 #include <iostream>
 #include <random>
 
-#include <QProcess>
-#include <QThread>
-#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "tests/fakes/Beispieldaten.h"
 #include "tests/faults/Course.h"
@@ -13,58 +13,79 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The number of the last account that was reported; `before` if none was.
-int killedWhileWriting(const QString &path, int before, std::mt19937 &random)
+/// Inserts accounts until it is ended, and says each number once its statement has returned.
+[[noreturn]] void writeFrom(int number, const ClientFolder &folder, int reports)
 {
-    QProcess writer;
-    writer.start(QStringLiteral(FAULTS_WRITER), {path, QString::number(before + 1)});
-    if (!writer.waitForStarted() || !writer.waitForReadyRead(60000))
+    const auto engine = engineOver();
+    const auto database = folder.open(*engine);
+    for (;; ++number) {
+        database->Execute(
+            u"INSERT INTO sPersKto (PersKtoNummer, PersKtoArt, PersKtoName) VALUES ('K%1', 75, 'Getötet')"_s.arg(
+                number));
+        if (::write(reports, &number, sizeof number) != sizeof number)
+            ::abort();
+    }
+}
+
+/// The number of the last account that was reported; `before` if none was.
+int killedWhileWriting(const ClientFolder &folder, int before, std::mt19937 &random)
+{
+    int reports[2];
+    if (::pipe(reports) != 0)
         return -1;
-    QThread::usleep(random() % 60000);
-    writer.kill(); // this one process, by SIGKILL
-    writer.waitForFinished();
-    const QByteArrayList lines = writer.readAllStandardOutput().split('\n');
-    return lines.size() < 2 ? before : lines[lines.size() - 2].toInt(); // what follows the last line end is cut off
+    const pid_t writer = ::fork();
+    if (writer == 0)
+        writeFrom(before + 1, folder, reports[1]);
+    ::close(reports[1]);
+    int last = before;
+    int number = 0;
+    if (::read(reports[0], &number, sizeof number) == sizeof number) {
+        last = number;
+        ::usleep(static_cast<useconds_t>(random() % 60000));
+    }
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    while (::read(reports[0], &number, sizeof number) == sizeof number)
+        last = number;
+    ::close(reports[0]);
+    return last;
 }
 
 void killAgainAndAgain(Version version, int times)
 {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(Course::fileName());
-    const auto engine = Course::engineOver(storage::systemFiles());
-    beispiel::erzeugeMandant(*engine, path, {}, version);
+    const ClientFolder folder;
+    const auto engine = engineOver();
+    beispiel::erzeugeMandant(*engine, folder.path(), {}, version);
     std::mt19937 random(4711);
     int last = 100000;
     int hot = 0;
     for (int i = 0; i < times; ++i) {
-        const int reported = killedWhileWriting(path, last, random);
+        const int reported = killedWhileWriting(folder, last, random);
         ASSERT_GT(reported, last) << "the writer does not write";
-        hot += readFolder(folder.path())[Course::fileName() + u".vjn"_s].isEmpty() ? 0 : 1;
-        const QStringList rows = beispiel::zeilen(*engine, path, u"SELECT PersKtoNummer FROM sPersKto"_s);
-        // Those before, those reported, and perhaps the one whose report was cut off.
+        hot += folder.content()[u"Muster.PCK.vjn"_s].isEmpty() ? 0 : 1;
+        const QStringList rows = beispiel::zeilen(*engine, folder.path(), u"SELECT PersKtoNummer FROM sPersKto"_s);
+        // Those before, those reported, and perhaps the one that was not reported any more.
         last = 100000 + static_cast<int>(rows.size());
         ASSERT_TRUE(last == reported || last == reported + 1) << last << ", reported " << reported;
-        for (int number = 100001; number <= last; ++number)
-            ASSERT_TRUE(rows.contains(u"K%1"_s.arg(number))) << number;
-        ASSERT_EQ(faultsOf(path), QString());
-        ASSERT_EQ(readFolder(folder.path()).size(), 1U) << "lock file or journal left";
+        for (int account = 100001; account <= last; ++account)
+            ASSERT_TRUE(rows.contains(u"K%1"_s.arg(account))) << account;
+        ASSERT_EQ(faultsOf(folder.path()), QString());
+        ASSERT_EQ(folder.content().size(), 1U) << "lock file or journal left";
     }
     std::cout << "SIGKILL: " << times << " times, " << last - 100000 << " accounts, " << hot << " commits interrupted"
               << std::endl;
 }
 
-const Version versions[] = {dao::DBEngine::dbVersion30, dao::DBEngine::dbVersion40};
-
 } // namespace
 
 TEST(Sigkill, LosesNoReportedAccount)
 {
-    for (const Version version : versions)
+    for (const Version version : {dao::DBEngine::dbVersion30, dao::DBEngine::dbVersion40})
         killAgainAndAgain(version, 5);
 }
 
 TEST(NightlySigkill, LosesNoReportedAccount)
 {
-    for (const Version version : versions)
+    for (const Version version : {dao::DBEngine::dbVersion30, dao::DBEngine::dbVersion40})
         killAgainAndAgain(version, 200);
 }
