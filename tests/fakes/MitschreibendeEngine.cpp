@@ -10,81 +10,71 @@ namespace {
 class Datenbank : public dao::Database
 {
 public:
-    Datenbank(MitschreibendeEngine &engine, std::shared_ptr<dao::Database> datenbank)
+    Datenbank(MitschreibendeEngine &engine, std::shared_ptr<dao::Database> dahinter)
         : m_engine(engine)
-        , m_datenbank(std::move(datenbank))
+        , m_dahinter(std::move(dahinter))
     { }
 
-    QString Name() const override { return m_datenbank->Name(); }
+    QString Name() const override { return m_dahinter->Name(); }
     std::shared_ptr<dao::Recordset> OpenRecordset(const QString &source) override
     {
-        notiere(source);
-        return m_datenbank->OpenRecordset(source);
+        return notiert(source).OpenRecordset(source);
     }
-    int Execute(const QString &sql) override
-    {
-        notiere(sql);
-        return m_datenbank->Execute(sql);
-    }
-    void Close() override { m_datenbank->Close(); }
+    int Execute(const QString &sql) override { return notiert(sql).Execute(sql); }
+    void Close() override { m_dahinter->Close(); }
 
 private:
-    void notiere(const QString &sql)
+    dao::Database &notiert(const QString &sql)
     {
         m_engine.protokoll += sql;
         if (m_engine.vorher)
             m_engine.vorher(sql);
+        return *m_dahinter;
     }
 
     MitschreibendeEngine &m_engine;
-    std::shared_ptr<dao::Database> m_datenbank;
+    std::shared_ptr<dao::Database> m_dahinter;
 };
 
-std::shared_ptr<dao::Database> geoeffnet(MitschreibendeEngine &engine, const QString &name, const QString &connect,
-                                         const std::function<std::shared_ptr<dao::Database>()> &oeffne)
+/// Through a session or the engine itself.
+std::shared_ptr<dao::Database> geoeffnet(MitschreibendeEngine &engine, auto &durch, const QString &name, int options,
+                                         bool readOnly, const QString &connect)
 {
     const QString datei = QFileInfo(name).fileName();
     if (engine.vorOeffnen)
         engine.vorOeffnen(datei);
-    auto datenbank = oeffne();
+    auto datenbank = std::make_shared<Datenbank>(engine, durch.OpenDatabase(name, options, readOnly, connect));
     engine.protokoll += u"OpenDatabase(%1, %2)"_s.arg(datei, connect);
-    return std::make_shared<Datenbank>(engine, std::move(datenbank));
+    return datenbank;
 }
 
 class Sitzung : public dao::Workspace
 {
 public:
-    Sitzung(MitschreibendeEngine &engine, std::shared_ptr<dao::Workspace> sitzung)
+    Sitzung(MitschreibendeEngine &engine, std::shared_ptr<dao::Workspace> dahinter)
         : m_engine(engine)
-        , m_sitzung(std::move(sitzung))
+        , m_dahinter(std::move(dahinter))
     { }
 
-    QString Name() const override { return m_sitzung->Name(); }
+    QString Name() const override { return m_dahinter->Name(); }
     std::shared_ptr<dao::Database> OpenDatabase(const QString &name, int options, bool readOnly,
                                                 const QString &connect) override
     {
-        return geoeffnet(m_engine, name, connect,
-                         [&] { return m_sitzung->OpenDatabase(name, options, readOnly, connect); });
+        return geoeffnet(m_engine, *m_dahinter, name, options, readOnly, connect);
     }
     void Close() override
     {
         m_engine.protokoll += u"Close(%1)"_s.arg(Name());
-        m_sitzung->Close();
+        m_dahinter->Close();
     }
-    const std::shared_ptr<dao::Workspace> &dahinter() const { return m_sitzung; }
+    const std::shared_ptr<dao::Workspace> &dahinter() const { return m_dahinter; }
 
 private:
     MitschreibendeEngine &m_engine;
-    std::shared_ptr<dao::Workspace> m_sitzung;
+    std::shared_ptr<dao::Workspace> m_dahinter;
 };
 
 } // namespace
-
-MitschreibendeEngine::MitschreibendeEngine(std::unique_ptr<dao::DBEngine> engine)
-    : m_engine(std::move(engine))
-{ }
-
-MitschreibendeEngine::~MitschreibendeEngine() = default;
 
 std::shared_ptr<dao::Workspace> MitschreibendeEngine::CreateWorkspace(const QString &name, const QString &user,
                                                                       const QString &password)
@@ -101,7 +91,7 @@ void MitschreibendeEngine::AppendWorkspace(std::shared_ptr<dao::Workspace> works
 std::shared_ptr<dao::Database> MitschreibendeEngine::OpenDatabase(const QString &name, int options, bool readOnly,
                                                                   const QString &connect)
 {
-    return geoeffnet(*this, name, connect, [&] { return m_engine->OpenDatabase(name, options, readOnly, connect); });
+    return geoeffnet(*this, *m_engine, name, options, readOnly, connect);
 }
 
 std::shared_ptr<dao::Database> MitschreibendeEngine::CreateDatabase(const QString &name, const QString &connect,

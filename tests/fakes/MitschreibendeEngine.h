@@ -11,8 +11,9 @@
 class MitschreibendeEngine : public dao::DBEngine
 {
 public:
-    explicit MitschreibendeEngine(std::unique_ptr<dao::DBEngine> engine);
-    ~MitschreibendeEngine() override;
+    explicit MitschreibendeEngine(std::unique_ptr<dao::DBEngine> engine)
+        : m_engine(std::move(engine))
+    { }
 
     QStringList protokoll; ///< "CreateWorkspace(...)", "OpenDatabase(file, connect)", "Close(workspace)", and all SQL
     /// Called with each statement before it runs; may throw in its place.

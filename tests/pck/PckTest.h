@@ -1,7 +1,5 @@
 #pragma once
 
-#include <deque>
-
 #include <QLocale>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
@@ -10,57 +8,49 @@
 #include "platform/dao/embedded/EmbeddedEngine.h"
 #include "tests/fakes/Beispieldaten.h"
 #include "tests/fakes/FakeProgrammlauf.h"
+#include "tests/fakes/Fehlernummer.h"
 #include "tests/fakes/MitschreibendeEngine.h"
 
 /// Answers the question for a password from a list; gives up when the list is empty.
-class FakeKennwortabfrage : public Kennwortabfrage
-{
-public:
-    std::deque<QString> antworten;
+struct FakeKennwortabfrage : Kennwortabfrage {
+    QStringList antworten;
     QStringList gefragt;
+    QString kennwort;
 
     void zeige(const QString &Mandant) override
     {
         gefragt += Mandant;
-        flagKennwortAbbruch = antworten.empty();
-        m_kennwort = antworten.empty() ? QString() : antworten.front();
-        if (!antworten.empty())
-            antworten.pop_front();
+        flagKennwortAbbruch = antworten.isEmpty();
+        kennwort = antworten.value(0);
+        antworten = antworten.mid(1);
     }
-    QString Kennwort() const override { return m_kennwort; }
-
-private:
-    QString m_kennwort;
+    QString Kennwort() const override { return kennwort; }
 };
-
-/// The number of the run-time error that the code throws; 0 if none.
-inline int fehlernummer(const std::function<void()> &code)
-{
-    try {
-        code();
-    } catch (const RunTimeError &fehler) {
-        return fehler.Number();
-    }
-    return 0;
-}
 
 /// Clients in a folder, in real files.
 class PckTest : public testing::Test
 {
 protected:
-    QString pfad(const QString &datei) const { return m_ordner.filePath(datei); }
-
     /// Creates and opens a client, after which nothing is on record.
     void oeffneNeuen(const QStringList &anweisungen = {}, dao::DBEngine::Version version = dao::DBEngine::dbVersion40)
     {
         beispiel::erzeugeMandant(m_engine.dahinter(), m_mandant, {}, version);
-        beispiel::fuehreAus(m_engine.dahinter(), m_mandant, anweisungen);
+        fuehreAus(anweisungen);
         m_pck.init(m_ordner.path() + u'/');
         QVariant mandant = 0;
         ASSERT_TRUE(m_pck.open_Mandant(mandant));
         m_engine.protokoll.clear();
     }
+    /// On the client, past the record.
+    void fuehreAus(const QStringList &anweisungen) { beispiel::fuehreAus(m_engine.dahinter(), m_mandant, anweisungen); }
     QStringList zeilen(const QString &abfrage) { return beispiel::zeilen(m_engine.dahinter(), m_mandant, abfrage); }
+    /// The texts of all boxes since the last time.
+    QStringList neueBoxen()
+    {
+        const QStringList texte = m_tisch.boxTexts();
+        m_tisch.boxes.clear();
+        return texte;
+    }
 
     QTemporaryDir m_ordner;
     QString m_mandant = m_ordner.filePath(QStringLiteral("Muster.PCK"));

@@ -4,27 +4,15 @@
 #include "tests/pck/PckTest.h"
 
 using namespace Qt::StringLiterals;
-using desktop::Icon;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Fehler = PckTest;
 
 namespace {
 
 constexpr int stoerungen[] = {58, 3024, 3026, 3027, 3036, 3040, 3043, 3045, 3049, 3050, 3051, 3260, 3343, 3428};
 
 } // namespace
-
-class Fehler : public PckTest
-{
-protected:
-    void stoere(const QString &bei, int nummer)
-    {
-        m_engine.vorher = [=](const QString &sql) {
-            if (sql.contains(bei))
-                throw dao::DaoError(nummer, u"gestört"_s);
-        };
-    }
-};
 
 TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
 {
@@ -45,15 +33,14 @@ TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
             if (nummer == 58 && std::string_view(row.name) == "test by index")
                 continue; // there it is the answer "no"
             SCOPED_TRACE(testing::Message() << row.name << ' ' << nummer);
-            m_tisch.boxes.clear();
             m_programm.sofortBeendet = false;
             m_engine.vorOeffnen = [=, gut = row.malGut](const QString &) mutable {
                 if (gut-- <= 0)
                     throw dao::DaoError(nummer, u"gestört"_s);
             };
             EXPECT_THROW(row.aufruf(m_pck), ProgrammBeendet);
-            EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Fehler !\r\n%1:gestört"_s.arg(nummer)));
-            EXPECT_EQ(m_tisch.boxes[0].icon, Icon::Exclamation);
+            EXPECT_EQ(m_tisch.boxes.at(0).icon, desktop::Icon::Exclamation);
+            EXPECT_THAT(neueBoxen(), ElementsAre(u"Fehler !\r\n%1:gestört"_s.arg(nummer)));
             EXPECT_TRUE(m_programm.sofortBeendet);
             EXPECT_THAT(m_abfrage.gefragt, IsEmpty());
             m_pck.close_Mandant();
@@ -64,10 +51,9 @@ TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
 TEST_F(Fehler, AtReadingAndWritingAreShownOrReachTheCaller)
 {
     const QString waehrung = u"Fehler in Klasse clPCK, Modul %1\r\nFehlernummer:%2\r\nFehlerbeschreibung:gestört"_s;
-    const QString update = u"UPDATE sPersKto SET PersKtoName='x' WHERE 1=1"_s;
-    const QString setzeWert = u"Fehler in Klasse clPCK Methode setzeWert\r\nFehlernummer: %2\r\n"
-                              "Fehlerbeschreibung:gestört\r\nSQL-String:%1\r\n"
-                              "Der SQL-String liegt jetzt in der Zwischenablage."_s;
+    const QString setzeWert = u"Fehler in Klasse clPCK Methode setzeWert\r\nFehlernummer: %1\r\n"
+                              "Fehlerbeschreibung:gestört\r\nSQL-String:UPDATE sPersKto SET PersKtoName='x' WHERE 1=1"
+                              "\r\nDer SQL-String liegt jetzt in der Zwischenablage."_s;
     oeffneNeuen({u"CREATE TABLE Vorlage (Gruppe TEXT(9))"_s});
     const auto vorlage = m_engine.dahinter().OpenDatabase(m_mandant, 0, true, {})->OpenRecordset(u"Vorlage"_s);
     const auto eintrag = [&] {
@@ -76,37 +62,36 @@ TEST_F(Fehler, AtReadingAndWritingAreShownOrReachTheCaller)
     };
     const auto konto = [&] { m_pck.neueAdresse(u"D000001"_s, *vorlage); };
     // clang-format off
-    struct Row { const char *name; QString bei; std::function<void()> aufruf; QString box; };
+    struct Row { QString bei; std::function<void()> aufruf; QString box; };
     const Row rows[] = {
-        {"number",         u"SELECT PersKtoNummer"_s, [&] { m_pck.NeueNummer(0, u"D"_s, 0); },       {}},
-        {"account taken?", u"Select PersKtoNummer"_s, konto,                                         {}},
-        {"account",        u"INSERT INTO"_s,          konto,                                         {}},
-        {"account's row",  u"Select * from"_s,        konto,                                         {}},
-        {"last entry",     u"SELECT PersKommLfdNr"_s, eintrag,                                       {}},
-        {"entry",          u"INSERT INTO"_s,          eintrag,                                       {}},
-        {"price lists",    u"sSchlbez"_s,             [&] { m_pck.Anzahl_Preislisten(); },           {}},
-        {"price list",     u"sSchlbez"_s,             [&] { m_pck.Preisliste(0); },                  {}},
-        {"price group",    u"SABFKons"_s,             [&] { m_pck.Preisgruppe(1); },                 {}},
-        {"currencies",     u"Waehrung"_s,             [&] { m_pck.Anzahl_Waehrungen(); },
-         waehrung.arg(u"Anzahl_Waehrungen"_s)},
-        {"currency",       u"Waehrung"_s,             [&] { EXPECT_EQ(m_pck.Waehrung(0), u"0 - Fehler!"_s); },
-         waehrung.arg(u"Waehrung"_s)},
-        {"value",          u"UPDATE"_s, [&] { m_pck.setzeWert(u"sPersKto"_s, u"PersKtoName"_s, u"x"_s, u"1=1"_s); },
-         setzeWert.arg(update)},
+        {u"SELECT PersKtoNummer"_s, [&] { m_pck.NeueNummer(0, u"D"_s, 0); },       {}},
+        {u"Select PersKtoNummer"_s, konto,                                         {}},
+        {u"INSERT INTO"_s,          konto,                                         {}},
+        {u"Select * from"_s,        konto,                                         {}},
+        {u"SELECT PersKommLfdNr"_s, eintrag,                                       {}},
+        {u"INSERT INTO"_s,          eintrag,                                       {}},
+        {u"sSchlbez"_s,             [&] { m_pck.Anzahl_Preislisten(); },           {}},
+        {u"sSchlbez"_s,             [&] { m_pck.Preisliste(0); },                  {}},
+        {u"SABFKons"_s,             [&] { m_pck.Preisgruppe(1); },                 {}},
+        {u"Waehrung"_s, [&] { m_pck.Anzahl_Waehrungen(); }, waehrung.arg(u"Anzahl_Waehrungen"_s)},
+        {u"Waehrung"_s, [&] { EXPECT_EQ(m_pck.Waehrung(0), u"0 - Fehler!"_s); }, waehrung.arg(u"Waehrung"_s)},
+        {u"UPDATE"_s, [&] { m_pck.setzeWert(u"sPersKto"_s, u"PersKtoName"_s, u"x"_s, u"1=1"_s); }, setzeWert},
     };
     // clang-format on
     for (const Row &row : rows) {
         for (const int nummer : stoerungen) {
-            SCOPED_TRACE(testing::Message() << row.name << ' ' << nummer);
-            m_tisch.boxes.clear();
+            SCOPED_TRACE(testing::Message() << &row - rows << ' ' << qPrintable(row.bei) << ' ' << nummer);
             m_engine.vorher = nullptr;
             m_pck.NeueNummer(0, u"D"_s, 0); // the client is open
-            stoere(row.bei, nummer);
+            m_engine.vorher = [&](const QString &sql) {
+                if (sql.contains(row.bei))
+                    throw dao::DaoError(nummer, u"gestört"_s);
+            };
             EXPECT_EQ(fehlernummer(row.aufruf), row.box.isEmpty() ? nummer : 0);
-            EXPECT_EQ(m_tisch.boxTexts(), row.box.isEmpty() ? QStringList() : QStringList(row.box.arg(nummer)));
+            EXPECT_EQ(neueBoxen(), row.box.isEmpty() ? QStringList() : QStringList(row.box.arg(nummer)));
             EXPECT_FALSE(m_programm.sofortBeendet);
             EXPECT_THAT(m_abfrage.gefragt, IsEmpty());
-            beispiel::fuehreAus(m_engine.dahinter(), m_mandant, {u"DELETE FROM sPersKto"_s});
+            fuehreAus({u"DELETE FROM sPersKto"_s});
         }
     }
 }
@@ -124,14 +109,13 @@ TEST_F(Fehler, OfRightsDoNotPassForMissingFiles)
 TEST_F(Fehler, LeaveNothingOpenBehind)
 {
     oeffneNeuen();
+    QVariant mandant = 0;
     {
         clPCK zweites({m_programm, m_engine, m_tisch, m_tisch, m_tisch, m_abfrage});
         zweites.init(m_ordner.path() + u'/');
-        QVariant mandant = 0;
         EXPECT_EQ(fehlernummer([&] { zweites.open_Mandant(mandant); }), 3367) << "both at once share a name";
         m_pck.close_Mandant();
         EXPECT_TRUE(zweites.open_Mandant(mandant));
     }
-    QVariant mandant = 0;
     EXPECT_TRUE(m_pck.open_Mandant(mandant)) << "the other is closed with its object";
 }

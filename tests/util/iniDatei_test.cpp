@@ -3,8 +3,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "platform/errors/RunTimeError.h"
 #include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/Fehlernummer.h"
 #include "util/iniDatei.h"
 
 using namespace Qt::StringLiterals;
@@ -52,60 +52,27 @@ TEST_F(IniDatei, FindsValuesBySectionAndKey)
                      "x=1\ny=2\nz=3\nu=4\nv=5\nw=6\nletzter=7\n"
                      "[VELDRAK] ' noch einmal\n"
                      "spaeter=da\n"));
-    // clang-format off
-    struct Row { const char *name; QString sektion; QString schluessel; QString wert; };
-    const Row rows[] = {
-        {"comment and blanks are cut",           u"VELDRAK"_s,   u"ID_Nummer"_s,   u"60|PCK_NUMMER"_s},
-        {"arguments are trimmed",                u" VELDRAK "_s, u" ID_Nummer "_s, u"60|PCK_NUMMER"_s},
-        {"the first equals sign divides",        u"VELDRAK"_s,   u"a"_s,           u"=b"_s},
-        {"the file is Windows-1252",             u"VELDRAK"_s,   u"Ort"_s,         u"München"_s},
-        {"the first of two counts",              u"VELDRAK"_s,   u"doppelt"_s,     u"1"_s},
-        {"blanks in brackets make another name", u"VELDRAK"_s,   u"blank"_s,       u""_s},
-        {"every key of a long section is kept",  u"andere"_s,    u"letzter"_s,     u"7"_s},
-        {"a section may come again",             u"VELDRAK"_s,   u"spaeter"_s,     u"da"_s},
-        {"capitals count in sections",           u"veldrak"_s,   u"ID_Nummer"_s,   u""_s},
-        {"capitals count in keys",               u"VELDRAK"_s,   u"id_nummer"_s,   u""_s},
-    };
-    // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(lies(row.sektion, row.schluessel), row.wert);
-    }
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"ID_Nummer"_s), u"60|PCK_NUMMER"_s) << "comment and blanks are cut";
+    EXPECT_EQ(lies(u" VELDRAK "_s, u" ID_Nummer "_s), u"60|PCK_NUMMER"_s) << "arguments are trimmed";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"a"_s), u"=b"_s) << "the first equals sign divides";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"Ort"_s), u"München"_s) << "the file is Windows-1252";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"doppelt"_s), u"1"_s) << "the first of two counts";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"blank"_s), u""_s) << "blanks in brackets make another name";
+    EXPECT_EQ(lies(u"andere"_s, u"letzter"_s), u"7"_s) << "every key of a long section is kept";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"spaeter"_s), u"da"_s) << "a section may come again";
+    EXPECT_EQ(lies(u"veldrak"_s, u"ID_Nummer"_s), u""_s) << "capitals count in sections";
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"id_nummer"_s), u""_s) << "capitals count in keys";
 }
 
 TEST_F(IniDatei, SaysWhetherThereIsAnythingToRead)
 {
     EXPECT_FALSE(m_ini.IniLaden(m_ordner.filePath(u"fehlt.ini"_s)));
-    // clang-format off
-    struct Row { const char *name; QByteArray inhalt; bool gelesen; };
-    const Row rows[] = {
-        {"an empty file",             "",                     false},
-        {"only comments and headers", "'x=1\n[VELDRAK]\n\n",  false},
-        {"only a header's look-alike", "[a=b]\n",             false},
-        {"one section, one key",      "[VELDRAK]\nk=w",       true},
-    };
-    // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(lade(row.inhalt), row.gelesen);
-    }
+    EXPECT_FALSE(lade(""));
+    EXPECT_FALSE(lade("'x=1\n[VELDRAK]\n\n")) << "only comments and headers";
+    EXPECT_FALSE(lade("[a=b]\n")) << "only a header's look-alike";
+    EXPECT_TRUE(lade("[VELDRAK]\nalt=1\n"));
+    EXPECT_TRUE(lade("[VELDRAK]\nk=w"));
     EXPECT_EQ(lies(u"VELDRAK"_s, u"k"_s), u"w"_s);
-}
-
-TEST_F(IniDatei, RefusesAKeyLineBeforeTheFirstSection)
-{
-    try {
-        lade("k=w\n[VELDRAK]\nID_Nummer=1|A\n");
-        ADD_FAILURE();
-    } catch (const RunTimeError &fehler) {
-        EXPECT_EQ(fehler.Number(), 9);
-    }
-}
-
-TEST_F(IniDatei, KeepsNothingOfAnEarlierLoad)
-{
-    ASSERT_TRUE(lade("[VELDRAK]\nalt=1\n"));
-    ASSERT_TRUE(lade("[VELDRAK]\nneu=1\n"));
-    EXPECT_EQ(lies(u"VELDRAK"_s, u"alt"_s), u""_s);
-    EXPECT_EQ(lies(u"VELDRAK"_s, u"neu"_s), u"1"_s);
+    EXPECT_EQ(lies(u"VELDRAK"_s, u"alt"_s), u""_s) << "nothing is kept of an earlier load";
+    EXPECT_EQ(fehlernummer([&] { lade("k=w\n[VELDRAK]\nID_Nummer=1|A\n"); }), 9) << "a key before the first section";
 }
