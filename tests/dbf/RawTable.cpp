@@ -2,15 +2,14 @@
 #include "RawTable.h"
 
 #include <QFile>
+#include <QtEndian>
 
 using namespace Qt::StringLiterals;
 
 QByteArray littleEndian(quint32 number, int size)
 {
-    QByteArray bytes;
-    for (int i = 0; i < size; ++i)
-        bytes.append(static_cast<char>(number >> (8 * i)));
-    return bytes;
+    const quint32 bytes = qToLittleEndian(number);
+    return {reinterpret_cast<const char *>(&bytes), size};
 }
 
 QByteArray rawTable(const std::vector<RawField> &fields, const std::vector<QByteArrayList> &records, int version,
@@ -39,11 +38,7 @@ QByteArray rawTable(const std::vector<RawField> &fields, const std::vector<QByte
 
 QByteArray rawMemos(const QByteArrayList &memos)
 {
-    const auto bigEndian = [](qsizetype number) {
-        QByteArray bytes = littleEndian(quint32(number), 4);
-        std::ranges::reverse(bytes);
-        return bytes;
-    };
+    const auto bigEndian = [](qsizetype number) { return littleEndian(qbswap(quint32(number)), 4); };
     QByteArray file = (bigEndian(8 + memos.size()) + QByteArray("\0\0\0\x40", 4)).leftJustified(512, '\0');
     for (const QByteArray &memo : memos)
         file += (bigEndian(1) + bigEndian(memo.size()) + memo).leftJustified(64, '\0');

@@ -43,6 +43,22 @@ private:
 /// A customer table KUNDEN with a memo: NAME C 10, ZAHL N 6.2, TAG D, JA L, NOTIZ M; three records, the second deleted.
 void putCustomers(const Folder &folder);
 
+/// They, open for writing.
+class CustomersTest : public testing::Test
+{
+protected:
+    CustomersTest()
+    {
+        putCustomers(folder);
+        database = folder.open();
+        table = database->table(QStringLiteral("KUNDEN"));
+    }
+
+    Folder folder;
+    std::unique_ptr<storage::Database> database;
+    storage::Table *table;
+};
+
 /// All values of all rows, one line each: values by "|", Null as "-", dates as day numbers.
 QStringList rowsOf(storage::Table &table);
 
