@@ -1,9 +1,6 @@
 // Sessions, opening and closing, connect strings, and the numbers of every failure.
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QTemporaryDir>
-
 #include "platform/dao/embedded/ConnectString.h"
 #include "platform/dao/embedded/Errors.h"
 #include "tests/dao/TestDatabase.h"
@@ -18,29 +15,29 @@ TEST(ConnectString, IsTakenApart)
     EXPECT_EQ(jet.database, u"C:\\Daten\\a.PCK"_s);
     EXPECT_EQ(jet.password, u"Ge=heim 01"_s);
     EXPECT_EQ(dao::connectStringOf(u";database=a;pwd=;"_s).password, QString());
-    EXPECT_TRUE(dao::connectStringOf({}).isJet);
-    EXPECT_TRUE(dao::connectStringOf(u"FoxPro 2.6;"_s).isDBase);
     EXPECT_TRUE(dao::connectStringOf(u"dbase iv;"_s).isDBase);
-    EXPECT_FALSE(dao::connectStringOf(u"Excel 8.0;"_s).isJet);
 }
 
 TEST(Engine, HandsTheRequestToTheRightDriver)
 {
     TestEngine t;
+    QString description;
+    const auto open = [&](const QString &name, const QString &connect) {
+        return TestEngine::errorOf([&] { t.engine->OpenDatabase(name, 0, false, connect); }, &description);
+    };
     const QString lastPart = t.path.section(u'/', -1).toUpper();
     t.engine->OpenDatabase(t.path.chopped(lastPart.size()).replace(u'/', u'\\') + lastPart, 0, true,
                            u";DATABASE=b;PWD="_s);
     EXPECT_EQ(t.jet->lastRequest.path, t.path);
     EXPECT_TRUE(t.jet->lastRequest.readOnly);
     EXPECT_EQ(t.engine->OpenDatabase({}, 0, false, u";DATABASE="_s + t.path)->Name(), t.path);
-    QString description;
-    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(u"x\\b"_s, 0, false, u";PWD=geheim"_s); }, &description),
-              3024);
+    EXPECT_EQ(open(u"x\\b"_s, u";PWD=geheim"_s), 3024);
     EXPECT_TRUE(description.contains(u"x/b"_s) && !description.contains(u"''"_s)) << description.toStdString();
     EXPECT_EQ(t.jet->lastRequest.password, u"geheim"_s);
-    t.engine->OpenDatabase(t.folder.path(), 0, false, u"FoxPro 2.6;"_s);
+    EXPECT_EQ(open(t.folder.path(), u"FoxPro 2.6;"_s), 0);
     EXPECT_EQ(t.dbase->lastRequest.path, t.folder.path());
-    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(u"x"_s, 0, false, u"Excel 8.0;"_s); }), 3170);
+    EXPECT_EQ(open(t.folder.filePath(u"fehlt"_s), u"FoxPro 2.6;"_s), 3024);
+    EXPECT_EQ(open(u"x"_s, u"Excel 8.0;"_s), 3170);
     EXPECT_EQ(TestEngine::errorOf([&] { t.engine->CreateDatabase(t.path, {}, dao::DBEngine::dbVersion40); }), 3204);
 }
 
@@ -48,10 +45,10 @@ TEST(Engine, EndsWhatWasOpenedThroughAnObject)
 {
     TestEngine t;
     t.run({u"CREATE TABLE t (a LONG)", u"INSERT INTO t VALUES (1)"});
+    const auto append = [&] { t.engine->AppendWorkspace(t.engine->CreateWorkspace(u"test"_s, {}, {})); };
     const auto workspace = t.engine->CreateWorkspace(u"TEST"_s, u"wer"_s, u"wie"_s);
     t.engine->AppendWorkspace(workspace);
-    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->AppendWorkspace(t.engine->CreateWorkspace(u"test"_s, {}, {})); }),
-              3367);
+    EXPECT_EQ(TestEngine::errorOf(append), 3367);
     const auto first = workspace->OpenDatabase(t.path, 0, false, {});
     const auto second = workspace->OpenDatabase(t.path, 0, false, {});
     const auto records = first->OpenRecordset(u"t"_s);
@@ -74,20 +71,14 @@ TEST(Engine, EndsWhatWasOpenedThroughAnObject)
         [&] { workspace->Close(); },
     };
     for (const auto &use : uses)
-        EXPECT_EQ(TestEngine::errorOf(use), 3420);
-    EXPECT_EQ(t.rows(u"t"_s), u"1"_s) << "the same file by another session";
-    t.engine->AppendWorkspace(t.engine->CreateWorkspace(u"TEST"_s, {}, {}));
-}
+        EXPECT_EQ(TestEngine::errorOf(use), 3420) << &use - uses;
+    append();
 
-TEST(Engine, KeepsARecordsetWhoseDatabaseWasOnlyDropped)
-{
-    TestEngine t;
-    t.run({u"CREATE TABLE t (a LONG)", u"INSERT INTO t VALUES (1)"});
-    const auto records = t.db->OpenRecordset(u"t"_s);
-    t.db.reset();
-    EXPECT_EQ(records->Fields(0).Value(), 1);
-    records->Close();
-    EXPECT_EQ(TestEngine::errorOf([&] { records->RecordCount(); }), 3420);
+    const auto kept = t.db->OpenRecordset(u"t"_s);
+    t.db.reset(); // only dropped
+    EXPECT_EQ(kept->Fields(0).Value(), 1) << "the same file by another session";
+    kept->Close();
+    EXPECT_EQ(TestEngine::errorOf([&] { kept->RecordCount(); }), 3420);
 }
 
 TEST(Engine, RefusesWritesToAReadOnlyDatabase)
@@ -107,7 +98,7 @@ TEST(Engine, NumbersEveryFailureOfADriver)
     struct Row {
         StorageError::Kind kind;
         int opening;
-        int writing;
+        int working;
     };
     const Row rows[] = {
         {StorageError::Missing, 3024, 3024},       {StorageError::NotThisFormat, 3343, 3343},
@@ -126,66 +117,27 @@ TEST(Engine, NumbersEveryFailureOfADriver)
         {StorageError::ChildrenExist, 3200, 3200}, {StorageError::RowGone, 3167, 3167},
         {StorageError::Unsupported, 3251, 3251},
     };
-    TestEngine t;
-    t.run({u"CREATE TABLE t (a LONG)"});
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.writing);
-        const StorageError error(row.kind, u"Ursache und Ort"_s, u"Sache"_s);
-        QString description;
-        t.jet->failOnOpen = error;
-        EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(u"x"_s, 0, false, {}); }, &description),
-                  row.opening);
-        if (row.kind == StorageError::WrongPassword)
-            EXPECT_EQ(description, u"Kein zulässiges Kennwort."_s);
-        else
-            EXPECT_TRUE(description.endsWith(u"Ursache und Ort"_s)) << description.toStdString();
-        t.jet->failOnOpen.reset();
-        t.jet->failOnWrite = error;
-        EXPECT_EQ(t.executeError(u"INSERT INTO t VALUES (1)"_s), row.writing);
-        t.jet->failOnWrite.reset();
+    for (const auto &[kind, opening, working] : rows) {
+        const dao::DaoError error = dao::daoError({kind, u"Ursache und Ort"_s, u"Sache"_s}, dao::Doing::Open);
+        EXPECT_EQ(error.Number(), opening);
+        EXPECT_EQ(dao::daoError({kind, {}}, dao::Doing::Work).Number(), working);
+        const QString end = kind == StorageError::WrongPassword ? u"Kein zulässiges Kennwort."_s : u"Ursache und Ort"_s;
+        EXPECT_TRUE(error.Description().endsWith(end)) << error.Description().toStdString();
     }
-    t.run({u"INSERT INTO t VALUES (1)"}); // no failure lingers
 }
 
-TEST(Engine, ReportsDamageFoundWhileReading)
+TEST(Engine, ReportsDamageByWhatItWasDoing)
 {
     TestEngine t;
     t.run({u"CREATE TABLE t (a LONG)", u"INSERT INTO t VALUES (1)", u"INSERT INTO t VALUES (2)"});
-    t.jet->failOnRead = StorageError(StorageError::Damaged, u"Seite 7"_s);
+    t.jet->fault = StorageError(StorageError::Damaged, u"Seite 7"_s);
     QString description;
     for (const QString &source : {u"t"_s, u"SELECT a FROM t"_s, u"SELECT Count(*) FROM t"_s}) {
         EXPECT_EQ(t.openError(source, &description), 3428);
         EXPECT_TRUE(description.contains(u"Seite 7"_s));
     }
     EXPECT_EQ(t.executeError(u"DELETE FROM t"_s), 3428);
-    t.jet->failOnRead.reset();
+    EXPECT_EQ(TestEngine::errorOf([&] { t.engine->OpenDatabase(t.path, 0, false, {}); }), 3049);
+    t.jet->fault.reset();
     EXPECT_EQ(t.rows(u"t"_s), u"1;2"_s);
-}
-
-TEST(Engine, OpensRealFiles)
-{
-    const QTemporaryDir folder;
-    const auto engine = dao::makeEmbeddedEngine();
-    const QString path = folder.filePath(u"Mandant.PCK"_s);
-    engine->CreateDatabase(path, u";PWD=geheim"_s, dao::DBEngine::dbVersion40)
-        ->Execute(u"CREATE TABLE t (a TEXT(5))"_s);
-    const auto open = [&](const QString &name, const QString &connect) {
-        return TestEngine::errorOf([&] { engine->OpenDatabase(name, 0, false, connect); });
-    };
-    EXPECT_EQ(open(path, u";DATABASE=Mandant.PCK;PWD=geheim"_s), 0);
-    EXPECT_EQ(open(folder.filePath(u"MANDANT.pck"_s).replace(u'/', u'\\'), u";PWD=geheim"_s), 0);
-    EXPECT_EQ(open(path, u";PWD=Geheim"_s), 3031);
-    EXPECT_EQ(open(path, {}), 3031);
-    EXPECT_EQ(open(folder.filePath(u"fehlt.PCK"_s), {}), 3024);
-    QFile other(folder.filePath(u"Brief.PCK"_s));
-    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
-    other.write("Sehr geehrte Damen und Herren, dies ist keine Datenbank.");
-    other.close();
-    EXPECT_EQ(open(other.fileName(), {}), 3343);
-    const auto tables = engine->OpenDatabase(folder.path(), 0, false, u"FoxPro 2.6;"_s);
-    tables->Execute(u"CREATE TABLE KONTAKTE (NAME CHAR(20))"_s);
-    EXPECT_EQ(tables->Execute(u"INSERT INTO kontakte VALUES ('Müller')"_s), 1);
-    EXPECT_EQ(tables->OpenRecordset(u"SELECT name FROM Kontakte WHERE NAME Like 'M*'"_s)->Fields(0).Value(),
-              u"Müller"_s);
-    EXPECT_EQ(open(folder.filePath(u"fehlt"_s), u"FoxPro 2.6;"_s), 3024);
 }

@@ -15,16 +15,22 @@ namespace {
 enum Format { Jet3 = 1, Jet4 = 2, Jet = 3, DBase = 4, All = 7 };
 
 struct Limit {
-    const char *name;
     int formats;
     QString columns; // of the table, "Ziel" among them; "more" statements behind ";"
     QString good; // a value for Ziel in SQL's words, and one that it does not take; empty: there are no such words
     QString bad;
-    QVariant value; // the same in a recordset
-    int number;
-    int ofField; // in a recordset
+    int number; // 3349 is 3421 in a recordset
     QStringList mention; // what the description says beside the name of the column
+    QVariant value{}; // the bad one in a recordset, where SQL's words do not tell it
 };
+
+/// The text or number of SQL's words.
+QVariant meant(const QString &words)
+{
+    bool whole = false;
+    const int number = words.toInt(&whole);
+    return words.startsWith(u'\'') ? QVariant(words.chopped(1).mid(1)) : whole ? number : QVariant(words.toDouble());
+}
 
 /// Columns F0 and so on that no statement names and yet every row is full of.
 QString fullColumns(int count, QChar letter)
@@ -71,62 +77,44 @@ protected:
 
 TEST_P(LimitsTest, AreKeptBeforeTheWrite)
 {
-    const QString zhe = u"\u0416"_s;
-    const QString umlauts(255, u'ä');
-    const QString quoted = u'\'' + umlauts + u'\'';
-    const auto money = [](std::int64_t units) { return QVariant::fromValue(storage::Decimal{QString::number(units)}); };
+    const QString quoted = u'\'' + QString(255, u'ä') + u'\'';
+    const QDateTime morning(QDate(2003, 1, 1), QTime(6, 0));
     // clang-format off
     const Limit limits[] = {
-        {"text", All, u"Ziel TEXT(10)"_s, u"'zehn Zei.'"_s, u"'elf Zeichen'"_s, u"elf Zeichen"_s, 3163, 3163,
-         {u"'elf Zeichen'"_s, u"11 Zeichen"_s, u"10"_s}},
-        {"text of one", All, u"Ziel TEXT(1)"_s, u"'ß'"_s, u"'ßß'"_s, u"ßß"_s, 3163, 3163,
-         {u"2 Zeichen"_s, u"sind 1"_s}},
-        {"number as text", All, u"Ziel TEXT(3)"_s, u"999"_s, u"1000"_s, 1000, 3163, 3163, {u"4 Zeichen"_s}},
-        {"letters of the code page", Jet3 | DBase, u"Ziel TEXT(10)"_s, u"'é'"_s, u"'a"_s + zhe + u'\'',
-         u"a"_s + zhe, 3421, 3421, {zhe, u"U+0416"_s, u"Windows-1252"_s}},
-        {"letters in a memo", Jet3 | DBase, u"Ziel MEMO"_s, u"'é'"_s, u"'a"_s + zhe + u'\'', u"a"_s + zhe, 3421, 3421,
-         {zhe, u"U+0416"_s}},
-        {"letters of two units", Jet3 | DBase, u"Ziel TEXT(10)"_s, u"'é'"_s, u"'\U0001F600'"_s, u"\U0001F600"_s, 3421,
-         3421, {u"U+1F600"_s}},
-        {"mark of compressed text", Jet4, u"Ziel TEXT(10)"_s, u"'a\uFEFF'"_s, u"'\uFEFFa'"_s, u"\uFEFFa"_s, 3421, 3421,
-         {u"U+FEFF"_s}},
-        {"byte", Jet, u"Ziel BYTE"_s, u"255"_s, u"256"_s, 256, 3349, 3421, {u"'256'"_s, u"0 bis 255"_s}},
-        {"byte below zero", Jet, u"Ziel BYTE"_s, u"0"_s, u"-1"_s, -1, 3349, 3421, {u"0 bis 255"_s}},
-        {"integer", Jet, u"Ziel SHORT"_s, u"32767"_s, u"32768"_s, 32768, 3349, 3421, {u"-32768 bis 32767"_s}},
-        {"integer as text", Jet, u"Ziel SHORT"_s, u"'-32768'"_s, u"'-32769'"_s, u"-32769"_s, 3349, 3421, {u"-32768"_s}},
-        {"integer after rounding", Jet, u"Ziel SHORT"_s, u"32767.4"_s, u"32767.5"_s, 32767.5, 3349, 3421,
-         {u"32767,5"_s}},
-        {"long", Jet, u"Ziel LONG"_s, u"-2147483648"_s, u"2147483648"_s, 2147483648.0, 3349, 3421, {u"2147483647"_s}},
-        {"long beyond every number", Jet, u"Ziel LONG"_s, u"0"_s, u"1E400"_s, 1e300, 3349, 3421, {}},
-        {"currency", Jet, u"Ziel CURRENCY"_s, u"922337203685477"_s, u"922337203685478"_s, money(922337203685478), 3349,
-         3421, {u"922337203685477,5807"_s}},
-        {"currency below", Jet, u"Ziel CURRENCY"_s, u"-922337203685477"_s, u"-922337203685478"_s,
-         money(-922337203685478), 3349, 3421, {u"-922337203685477,5808"_s}},
-        {"single", Jet, u"Ziel SINGLE"_s, u"3.4E38"_s, u"-3.5E38"_s, -3.5e38, 3349, 3421, {u"±3,4"_s}},
-        {"double", Jet, u"Ziel DOUBLE"_s, u"1.7E308"_s, u"1E309"_s, HUGE_VAL, 3349, 3421, {}},
-        {"decimal", Jet4, u"Ziel DECIMAL(5, 1)"_s, u"9999.9"_s, u"10000.5"_s, 10000.5, 3349, 3421,
-         {u"5 Stellen"_s, u"1 hinter dem Komma"_s}},
-        {"date", Jet, u"Ziel DATETIME"_s, u"2958465"_s, u"2958466"_s, 2958466, 3349, 3421, {u"31.12.9999"_s}},
-        {"date below", Jet, u"Ziel DATETIME"_s, u"-657434"_s, u"-657435"_s, -657435, 3349, 3421, {u"01.01.100"_s}},
-        {"no date", All, u"Ziel DATETIME"_s, u"'24.12.2003'"_s, u"'31.02.2003'"_s, u"31.02.2003"_s, 3421, 3421,
-         {u"'31.02.2003'"_s}},
-        {"bytes", Jet, u"Ziel BINARY(10)"_s, {}, {}, QByteArray(11, 'b'), 3163, 3163, {u"11 Bytes"_s, u"10"_s}},
-        {"row of Jet 3", Jet3, fullColumns(7, u'x') + u"Ziel TEXT(255)"_s, u"''"_s, quoted, umlauts, 3047,
-         3047, {u"2048 Bytes"_s, u"2012"_s}},
-        {"row of Jet 4", Jet4, fullColumns(15, u'x') + u"Ziel TEXT(255)"_s, u"''"_s, quoted, umlauts,
-         3047, 3047, {u"4096 Bytes"_s, u"4060"_s}},
-        {"index entry of Jet 3", Jet3, fullColumns(2, u'ä') + u"Ziel TEXT(255); CREATE INDEX i ON t (F0, F1, Ziel)"_s,
-         u"''"_s, quoted, umlauts, 3163, 3163, {u"Index i"_s, u"896"_s}},
-        {"index entry of Jet 4", Jet4,
-         fullColumns(3, u'ä') + u"Ziel TEXT(255); CREATE INDEX i ON t (F0, F1, F2, Ziel)"_s, u"''"_s, quoted,
-         umlauts, 3163, 3163, {u"Index i"_s, u"1804"_s}},
-        {"digits of a field", DBase, u"Ziel SHORT"_s, u"-99999"_s, u"-100000.0"_s, -1000000, 3349, 3421,
-         {u"6 Stellen"_s}},
-        {"digits with decimals", DBase, u"Ziel DECIMAL(5, 2)"_s, u"999.99"_s, u"99999.5"_s, 99999.5, 3349, 3421,
-         {u"7 Stellen"_s, u"2 hinter dem Komma"_s}},
-        {"time in a date", DBase, u"Ziel DATETIME"_s, u"37316"_s, u"37316.5"_s, QDateTime(QDate(2003, 1, 1),
-         QTime(6, 0)),
-         3349, 3421, {u"Uhrzeit"_s}},
+        {All, u"Ziel TEXT(10)"_s, u"'zehn Zei.'"_s, u"'elf Zeichen'"_s, 3163, {u"'elf Zeichen'"_s, u"11"_s, u"10"_s}},
+        {All, u"Ziel TEXT(1)"_s, u"'ß'"_s, u"'ßß'"_s, 3163, {u"2 Zeichen"_s, u"sind 1"_s}},
+        {All, u"Ziel TEXT(3)"_s, u"999"_s, u"1000"_s, 3163, {u"4 Zeichen"_s}},
+        // letters that the code page lacks, of one unit and of two; the mark of compressed text
+        {Jet3 | DBase, u"Ziel TEXT(10)"_s, u"'é'"_s, u"'aЖ'"_s, 3421, {u"Ж"_s, u"U+0416"_s, u"Windows-1252"_s}},
+        {Jet3 | DBase, u"Ziel MEMO"_s, u"'é'"_s, u"'aЖ'"_s, 3421, {u"Ж"_s, u"U+0416"_s}},
+        {Jet3 | DBase, u"Ziel TEXT(10)"_s, u"'é'"_s, u"'\U0001F600'"_s, 3421, {u"U+1F600"_s}},
+        {Jet4, u"Ziel TEXT(10)"_s, u"'a\uFEFF'"_s, u"'\uFEFFa'"_s, 3421, {u"U+FEFF"_s}},
+        {Jet, u"Ziel BYTE"_s, u"255"_s, u"256"_s, 3349, {u"'256'"_s, u"0 bis 255"_s}},
+        {Jet, u"Ziel BYTE"_s, u"0"_s, u"-1"_s, 3349, {u"0 bis 255"_s}},
+        {Jet, u"Ziel SHORT"_s, u"32767"_s, u"32768"_s, 3349, {u"-32768 bis 32767"_s}},
+        {Jet, u"Ziel SHORT"_s, u"'-32768'"_s, u"'-32769'"_s, 3349, {u"-32768"_s}},
+        {Jet, u"Ziel SHORT"_s, u"32767.4"_s, u"32767.5"_s, 3349, {u"32767,5"_s}}, // rounded first
+        {Jet, u"Ziel LONG"_s, u"-2147483648"_s, u"2147483648"_s, 3349, {u"2147483647"_s}},
+        {Jet, u"Ziel LONG"_s, u"0"_s, u"1E400"_s, 3349, {}, 1e300},
+        {Jet, u"Ziel CURRENCY"_s, u"922337203685477"_s, u"922337203685478"_s, 3349, {u"922337203685477,5807"_s}},
+        {Jet, u"Ziel CURRENCY"_s, u"-922337203685477"_s, u"-922337203685478"_s, 3349, {u"-922337203685477,5808"_s},
+         QVariant::fromValue(storage::Decimal{u"-922337203685478"_s})},
+        {Jet, u"Ziel SINGLE"_s, u"3.4E38"_s, u"-3.5E38"_s, 3349, {u"±3,4"_s}},
+        {Jet, u"Ziel DOUBLE"_s, u"1.7E308"_s, u"1E309"_s, 3349, {}, HUGE_VAL},
+        {Jet4, u"Ziel DECIMAL(5, 1)"_s, u"9999.9"_s, u"10000.5"_s, 3349, {u"5 Stellen"_s, u"1 hinter dem Komma"_s}},
+        {Jet, u"Ziel DATETIME"_s, u"2958465"_s, u"2958466"_s, 3349, {u"31.12.9999"_s}},
+        {Jet, u"Ziel DATETIME"_s, u"-657434"_s, u"-657435"_s, 3349, {u"01.01.100"_s}},
+        {All, u"Ziel DATETIME"_s, u"'24.12.2003'"_s, u"'31.02.2003'"_s, 3421, {u"'31.02.2003'"_s}},
+        {Jet, u"Ziel BINARY(10)"_s, {}, {}, 3163, {u"11 Bytes"_s, u"10"_s}, QByteArray(11, 'b')},
+        {Jet3, fullColumns(7, u'x') + u"Ziel TEXT(255)"_s, u"''"_s, quoted, 3047, {u"2048 Bytes"_s, u"2012"_s}},
+        {Jet4, fullColumns(15, u'x') + u"Ziel TEXT(255)"_s, u"''"_s, quoted, 3047, {u"4096 Bytes"_s, u"4060"_s}},
+        {Jet3, fullColumns(2, u'ä') + u"Ziel TEXT(255); CREATE INDEX i ON t (F0, F1, Ziel)"_s, u"''"_s, quoted, 3163,
+         {u"Index i"_s, u"896"_s}},
+        {Jet4, fullColumns(3, u'ä') + u"Ziel TEXT(255); CREATE INDEX i ON t (F0, F1, F2, Ziel)"_s, u"''"_s, quoted,
+         3163, {u"Index i"_s, u"1804"_s}},
+        {DBase, u"Ziel SHORT"_s, u"-99999"_s, u"-100000.0"_s, 3349, {u"6 Stellen"_s}},
+        {DBase, u"Ziel DECIMAL(5, 2)"_s, u"999.99"_s, u"99999.5"_s, 3349, {u"7 Stellen"_s, u"2 hinter dem Komma"_s}},
+        {DBase, u"Ziel DATETIME"_s, u"37316"_s, u"37316.5"_s, 3349, {u"Uhrzeit"_s}, morning},
     };
     // clang-format on
     for (const Limit &limit : limits) {
@@ -146,7 +134,7 @@ TEST_P(LimitsTest, AreKeptBeforeTheWrite)
             for (const QString &mention : limit.mention)
                 EXPECT_TRUE(description.contains(mention)) << qPrintable(description);
         };
-        SCOPED_TRACE(limit.name);
+        SCOPED_TRACE(qPrintable(parts[0].right(20) + u" = "_s + limit.bad));
         const auto record = m_db->OpenRecordset(u"SELECT * FROM t WHERE Nr = 2"_s);
         const QByteArray before = content();
         if (!limit.bad.isEmpty()) {
@@ -157,9 +145,9 @@ TEST_P(LimitsTest, AreKeptBeforeTheWrite)
             refuses("INSERT SELECT", limit.number,
                     [&] { m_db->Execute(u"INSERT INTO t (Nr, Ziel) SELECT Nr, "_s + second + u" FROM t"_s); });
         }
-        refuses("Recordset", limit.ofField, [&] {
+        refuses("Recordset", limit.number == 3349 ? 3421 : limit.number, [&] {
             record->Edit();
-            record->Fields(u"Ziel"_s).setValue(limit.value);
+            record->Fields(u"Ziel"_s).setValue(limit.value.isValid() ? limit.value : meant(limit.bad));
             record->Update();
         });
         EXPECT_TRUE(content() == before);

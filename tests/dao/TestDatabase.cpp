@@ -8,30 +8,31 @@
 #include "platform/jet/JetDatabase.h"
 
 using namespace Qt::StringLiterals;
-using storage::StorageError;
 
 namespace {
 
-/// Runs a check before each step.
 class WatchedCursor : public storage::Cursor
 {
 public:
-    WatchedCursor(std::unique_ptr<storage::Cursor> inner, std::function<void()> beforeStep)
-        : m_inner(std::move(inner))
-        , m_beforeStep(std::move(beforeStep))
+    WatchedCursor(TestDriver &driver, std::unique_ptr<storage::Cursor> inner)
+        : m_driver(driver)
+        , m_inner(std::move(inner))
     { }
 
     bool next() override
     {
-        m_beforeStep();
+        ++m_driver.steps;
+        if (std::exchange(m_started, true) && m_driver.fault)
+            throw storage::StorageError(*m_driver.fault);
         return m_inner->next();
     }
     storage::RowId rowId() const override { return m_inner->rowId(); }
     storage::Value value(int column) const override { return m_inner->value(column); }
 
 private:
+    TestDriver &m_driver;
     std::unique_ptr<storage::Cursor> m_inner;
-    std::function<void()> m_beforeStep;
+    bool m_started = false;
 };
 
 class CountingTable : public storage::Table
@@ -46,48 +47,21 @@ public:
     std::int64_t rowEstimate() const override { return m_inner.rowEstimate(); }
     std::unique_ptr<storage::Cursor> scan() override
     {
-        ++m_driver.calls.scans;
-        return watched(m_inner.scan());
+        ++m_driver.scans;
+        return std::make_unique<WatchedCursor>(m_driver, m_inner.scan());
     }
     std::unique_ptr<storage::Cursor> range(const storage::KeyRange &range) override
     {
-        ++m_driver.calls.ranges;
-        m_driver.calls.lastRange = range;
-        return watched(m_inner.range(range));
+        m_driver.lastRange = range;
+        return std::make_unique<WatchedCursor>(m_driver, m_inner.range(range));
     }
-    std::unique_ptr<storage::Cursor> row(storage::RowId id) override
-    {
-        ++m_driver.calls.rows;
-        return m_inner.row(id);
-    }
+    std::unique_ptr<storage::Cursor> row(storage::RowId id) override { return m_inner.row(id); }
     void requireStorable(const storage::Assignment &value) const override { m_inner.requireStorable(value); }
-    storage::RowId insert(std::span<const storage::Assignment> values) override
-    {
-        failIfAsked();
-        return m_inner.insert(values);
-    }
-    void update(storage::RowId id, std::span<const storage::Assignment> values) override
-    {
-        failIfAsked();
-        m_inner.update(id, values);
-    }
+    storage::RowId insert(std::span<const storage::Assignment> values) override { return m_inner.insert(values); }
+    void update(storage::RowId id, std::span<const storage::Assignment> values) override { m_inner.update(id, values); }
     void remove(storage::RowId id) override { m_inner.remove(id); }
 
 private:
-    std::unique_ptr<storage::Cursor> watched(std::unique_ptr<storage::Cursor> cursor)
-    {
-        return std::make_unique<WatchedCursor>(std::move(cursor), [this, first = true]() mutable {
-            ++m_driver.calls.steps;
-            if (!std::exchange(first, false) && m_driver.failOnRead)
-                throw StorageError(*m_driver.failOnRead);
-        });
-    }
-    void failIfAsked() const
-    {
-        if (m_driver.failOnWrite)
-            throw StorageError(*m_driver.failOnWrite);
-    }
-
     TestDriver &m_driver;
     storage::Table &m_inner;
 };
@@ -105,12 +79,7 @@ public:
     storage::Table *table(const QString &name) override
     {
         storage::Table *found = m_inner->table(name);
-        if (found == nullptr)
-            return nullptr;
-        auto &table = m_tables[found];
-        if (!table)
-            table = std::make_unique<CountingTable>(m_driver, *found);
-        return table.get();
+        return found == nullptr ? nullptr : &m_tables.try_emplace(found, m_driver, *found).first->second;
     }
     int compareTexts(QStringView left, QStringView right) const override { return m_inner->compareTexts(left, right); }
     bool caseSensitive() const override { return m_inner->caseSensitive(); }
@@ -124,7 +93,7 @@ public:
 private:
     TestDriver &m_driver;
     std::unique_ptr<storage::Database> m_inner;
-    std::map<storage::Table *, std::unique_ptr<storage::Table>> m_tables;
+    std::map<storage::Table *, CountingTable> m_tables;
 };
 
 } // namespace
@@ -132,8 +101,8 @@ private:
 std::unique_ptr<storage::Database> TestDriver::open(const storage::OpenRequest &request)
 {
     lastRequest = request;
-    if (failOnOpen)
-        throw StorageError(*failOnOpen);
+    if (fault)
+        throw storage::StorageError(*fault);
     return std::make_unique<CountingDatabase>(*this, m_real->open(request));
 }
 
@@ -177,6 +146,24 @@ QString TestEngine::rows(const QString &source)
         result.append(row.join(u','));
     }
     return result.join(u';');
+}
+
+QString TestEngine::trace(dao::Recordset &records, const QString &calls)
+{
+    QStringList shown;
+    for (const QChar call : calls) {
+        if (call == u'S') {
+            records.Edit();
+            records.Fields(u"Stufe"_s).setValue(9);
+            records.Update();
+        } else if (call != u'C') {
+            call == u'F' ? records.MoveFirst() : call == u'L' ? records.MoveLast() : records.MoveNext();
+        }
+        shown += call == u'C' ? QString::number(records.RecordCount())
+            : records.Eof()   ? u"-"_s
+                              : dao::textOf(records.Fields(0).Value());
+    }
+    return shown.join(u' ');
 }
 
 int TestEngine::errorOf(const std::function<void()> &call, QString *description)

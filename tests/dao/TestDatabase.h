@@ -7,17 +7,6 @@
 
 #include "platform/dao/embedded/EmbeddedEngine.h"
 
-/// What the engine asked of a table.
-struct Calls {
-    int scans = 0;
-    int ranges = 0;
-    int rows = 0;
-    int steps = 0; // of scans and ranges
-    storage::KeyRange lastRange{};
-
-    bool operator()(int scanned, int ranged) const { return scans == scanned && ranges == ranged; }
-};
-
 /// Opens databases through a real driver, counts what is asked of their tables and fails on demand.
 class TestDriver : public storage::Driver
 {
@@ -30,11 +19,11 @@ public:
     std::unique_ptr<storage::Database> create(const storage::OpenRequest &request,
                                               storage::FileVersion version) override;
 
-    Calls calls{};
+    int scans = 0;
+    int steps = 0; // of scans and ranges
+    storage::KeyRange lastRange{};
     storage::OpenRequest lastRequest{};
-    std::optional<storage::StorageError> failOnOpen{};
-    std::optional<storage::StorageError> failOnWrite{};
-    std::optional<storage::StorageError> failOnRead{}; // at the second row of a cursor
+    std::optional<storage::StorageError> fault{}; // at opening and at the second row of a cursor
 
 private:
     std::unique_ptr<storage::Driver> m_real;
@@ -48,6 +37,8 @@ struct TestEngine {
     void run(std::initializer_list<const char16_t *> statements);
     /// All rows of a query as text: fields by ",", rows by ";"; Null is "-".
     QString rows(const QString &source);
+    /// What the calls show: F, L and N move (first, last, next) and give the first field, C counts, S sets Stufe to 9.
+    static QString trace(dao::Recordset &records, const QString &calls);
     /// The number of the error that the call raises; 0 if it raises none.
     static int errorOf(const std::function<void()> &call, QString *description = nullptr);
     int executeError(const QString &sql, QString *description = nullptr);
