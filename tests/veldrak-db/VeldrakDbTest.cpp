@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/dbf/DbfDriver.h"
+#include "platform/dao/embedded/EmbeddedEngine.h"
 #include "tools/veldrak-db/Arguments.h"
 #include "tools/veldrak-db/Json.h"
 #include "tools/veldrak-db/Script.h"
@@ -37,16 +37,13 @@ Result run(const QStringList &words, const QByteArray &input = {})
 class VeldrakDb : public testing::TestWithParam<const char *>
 {
 protected:
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-
     Result create(const QByteArray &script, const QStringList &more = {}) const
     {
-        return run(QStringList{u"create"_s, path(u"a.mdb"_s), u"--version"_s, QString::fromLatin1(GetParam())} + more,
-                   script);
+        return run(QStringList{u"create"_s, file, u"--version"_s, QString::fromLatin1(GetParam())} + more, script);
     }
 
-private:
     QTemporaryDir m_folder{};
+    QString file = m_folder.filePath(u"a.mdb"_s);
 };
 
 INSTANTIATE_TEST_SUITE_P(Versions, VeldrakDb, testing::Values("3", "4"),
@@ -64,7 +61,6 @@ TEST_P(VeldrakDb, MakesAFileAndShowsIt)
 {
     const Result made = create(script);
     ASSERT_EQ(made.code, 0) << made.messages;
-    const QString file = path(u"a.mdb"_s);
     EXPECT_THAT(run({u"info"_s, file}).data,
                 HasSubstr("{\"version\": \"Jet " + std::string(GetParam()) + "\", \"pages\": "));
     EXPECT_EQ(run({u"tables"_s, file}).data, "Leute\n");
@@ -84,7 +80,6 @@ TEST_P(VeldrakDb, WantsThePassword)
 {
     const Result made = create("Geheim!\nCREATE TABLE T (A LONG);", {u"--password-stdin"_s});
     ASSERT_EQ(made.code, 0) << made.messages;
-    const QString file = path(u"a.mdb"_s);
     EXPECT_THAT(run({u"info"_s, file}).data, HasSubstr("\"password\": true"));
     const Result without = run({u"tables"_s, file});
     EXPECT_EQ(without.code, 2);
@@ -99,40 +94,35 @@ TEST_P(VeldrakDb, LeavesNothingOfAScriptThatFails)
     const Result made = create("CREATE TABLE T (A LONG); INSERT INTO U VALUES (1);");
     EXPECT_EQ(made.code, 2);
     EXPECT_THAT(made.messages, HasSubstr("Anweisung 2 des Skripts"));
-    EXPECT_FALSE(QFile::exists(path(u"a.mdb"_s)));
+    EXPECT_FALSE(QFile::exists(file));
 
     ASSERT_EQ(create("CREATE TABLE T (A LONG);").code, 0);
     EXPECT_EQ(create("CREATE TABLE U (A LONG);").code, 2) << "never over a file that exists";
-    EXPECT_EQ(run({u"tables"_s, path(u"a.mdb"_s)}).data, "T\n");
+    EXPECT_EQ(run({u"tables"_s, file}).data, "T\n");
 }
 
 TEST_P(VeldrakDb, TellsFaultsFromFailure)
 {
     ASSERT_EQ(create(script).code, 0);
-    QFile file(path(u"a.mdb"_s));
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QFile damaged(file);
+    ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
     const qint64 pageSize = *GetParam() == '3' ? 2048 : 4096;
-    ASSERT_TRUE(file.seek(4 * pageSize + 8)); // a definition's length
-    file.write("\xFF\xFF");
-    file.close();
-    const Result checked = run({u"check"_s, path(u"a.mdb"_s)});
+    ASSERT_TRUE(damaged.seek(4 * pageSize + 8)); // a definition's length
+    damaged.write("\xFF\xFF");
+    damaged.close();
+    const Result checked = run({u"check"_s, file});
     EXPECT_EQ(checked.code, 1);
     EXPECT_THAT(checked.data, HasSubstr("Seite 4"));
-    EXPECT_EQ(run({u"check"_s, path(u"b.mdb"_s)}).code, 2);
+    EXPECT_EQ(run({u"check"_s, m_folder.filePath(u"b.mdb"_s)}).code, 2);
 }
 
 TEST(VeldrakDbTool, ReadsDbfFilesToo)
 {
     const QTemporaryDir folder;
-    const QString data = folder.filePath(u"data"_s);
-    {
-        const auto database = dbf::DbfDriver().create({data}, storage::FileVersion::Jet4);
-        database->createTable({.name = u"LEUTE"_s, .columns = {{.name = u"NAME"_s, .type = Type::Text, .size = 10}}});
-        database->table(u"LEUTE"_s)->insert(std::vector<storage::Assignment>{{0, u"Jürgen"_s}});
-    }
-    QStringList files = QDir(data).entryList({u"*.dbf"_s}, QDir::Files);
-    ASSERT_EQ(files.size(), 1);
-    const QString file = data + u'/' + files.front();
+    const auto database = dao::makeEmbeddedEngine()->OpenDatabase(folder.path(), 0, false, u"FoxPro 2.6;"_s);
+    database->Execute(u"CREATE TABLE LEUTE (NAME TEXT(10))"_s);
+    database->Execute(u"INSERT INTO LEUTE VALUES ('Jürgen')"_s);
+    const QString file = folder.filePath(u"LEUTE.DBF"_s);
     EXPECT_EQ(run({u"dump"_s, file}).data, "{\"NAME\": \"Jürgen\"}\n");
     EXPECT_EQ(run({u"sql"_s, file, u"SELECT NAME FROM LEUTE"_s}).data, "{\"NAME\": \"Jürgen\"}\n");
     EXPECT_EQ(run({u"check"_s, file}).data, "ok\n");
@@ -141,27 +131,21 @@ TEST(VeldrakDbTool, ReadsDbfFilesToo)
 
 TEST(VeldrakDbArguments, ThatAreWrongSayWhy)
 {
-    struct Row {
-        QStringList words;
-        const char16_t *text;
-    };
-    const Row rows[] = {
-        {{}, u"Es fehlt ein Befehl."},
-        {{u"melt"_s}, u"Den Befehl „melt“ gibt es nicht."},
-        {{u"dump"_s}, u"Dem Befehl „dump“ fehlen Angaben."},
-        {{u"info"_s, u"a"_s, u"b"_s}, u"Zu viele Angaben für den Befehl „info“."},
-        {{u"create"_s, u"a"_s, u"--version"_s, u"5"_s}, u"Die Version ist 3 oder 4, nicht „5“."},
-        {{u"info"_s, u"a"_s, u"--version"_s}, u"Die Angabe „--version“ ist hier nicht bekannt."},
-        {{u"info"_s, u"a"_s, u"--password=x"_s}, u"Die Angabe „--password=x“ ist hier nicht bekannt."},
-    };
-    for (const Row &row : rows) {
+    const auto errorOf = [](const QStringList &words) {
         try {
-            Arguments::parse(row.words);
-            ADD_FAILURE() << qPrintable(row.words.join(u' '));
+            Arguments::parse(words);
         } catch (const UsageError &error) {
-            EXPECT_EQ(error.text(), QStringView(row.text));
+            return error.text();
         }
-    }
+        return QString();
+    };
+    EXPECT_EQ(errorOf({}), u"Es fehlt ein Befehl."_s);
+    EXPECT_EQ(errorOf({u"melt"_s}), u"Den Befehl „melt“ gibt es nicht."_s);
+    EXPECT_EQ(errorOf({u"dump"_s}), u"Dem Befehl „dump“ fehlen Angaben."_s);
+    EXPECT_EQ(errorOf({u"info"_s, u"a"_s, u"b"_s}), u"Zu viele Angaben für den Befehl „info“."_s);
+    EXPECT_EQ(errorOf({u"create"_s, u"a"_s, u"--version"_s, u"5"_s}), u"Die Version ist 3 oder 4, nicht „5“."_s);
+    for (const QString &unknown : {u"--version"_s, u"--password=x"_s})
+        EXPECT_EQ(errorOf({u"info"_s, u"a"_s, unknown}), u"Die Angabe „%1“ ist hier nicht bekannt."_s.arg(unknown));
     EXPECT_EQ(Arguments::parse({u"info"_s, u"--"_s, u"--help"_s}).operands, QStringList(u"--help"_s));
 }
 
@@ -174,23 +158,15 @@ TEST(VeldrakDbScript, IsTakenApartAtSemicolons)
 
 TEST(VeldrakDbJson, HasItsFormForEachType)
 {
-    struct Row {
-        Value value;
-        Type type;
-        const char16_t *text;
-    };
-    const Row rows[] = {
-        {{}, Type::Long, u"null"},
-        {storage::Currency{-5}, Type::Currency, u"\"-0.0005\""},
-        {storage::Currency{std::numeric_limits<std::int64_t>::min()}, Type::Currency, u"\"-922337203685477.5808\""},
-        {storage::DateTime{36925.5}, Type::DateTime, u"\"2001-02-03T12:00:00\""},
-        {static_cast<double>(0.1F), Type::Single, u"0.1"},
-        {0.1, Type::Double, u"0.1"},
-        {1.0 / 3, Type::Double, u"0.3333333333333333"},
-        {storage::Decimal{u"12.50"_s}, Type::Numeric, u"\"12.50\""},
-        {QByteArray("\x01\xFE"), Type::Binary, u"{\"$hex\": \"01fe\"}"},
-        {u"a\\\"\n\u0001ß"_s, Type::Text, u"\"a\\\\\\\"\\n\\u0001ß\""},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(json::value(row.value, row.type), QStringView(row.text));
+    const auto least = std::numeric_limits<std::int64_t>::min();
+    EXPECT_EQ(json::value(Value(), Type::Long), u"null"_s);
+    EXPECT_EQ(json::value(storage::Currency{-5}, Type::Currency), u"\"-0.0005\""_s);
+    EXPECT_EQ(json::value(storage::Currency{least}, Type::Currency), u"\"-922337203685477.5808\""_s);
+    EXPECT_EQ(json::value(storage::DateTime{36925.5}, Type::DateTime), u"\"2001-02-03T12:00:00\""_s);
+    EXPECT_EQ(json::value(static_cast<double>(0.1F), Type::Single), u"0.1"_s);
+    EXPECT_EQ(json::value(0.1, Type::Double), u"0.1"_s);
+    EXPECT_EQ(json::value(1.0 / 3, Type::Double), u"0.3333333333333333"_s);
+    EXPECT_EQ(json::value(storage::Decimal{u"12.50"_s}, Type::Numeric), u"\"12.50\""_s);
+    EXPECT_EQ(json::value(QByteArray("\x01\xFE"), Type::Binary), u"{\"$hex\": \"01fe\"}"_s);
+    EXPECT_EQ(json::value(u"a\\\"\n\u0001ß"_s, Type::Text), u"\"a\\\\\\\"\\n\\u0001ß\""_s);
 }
