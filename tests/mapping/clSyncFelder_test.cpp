@@ -101,7 +101,7 @@ TEST_F(SyncFelder, ComposeFieldsFromActAndLiteralText)
 TEST_F(SyncFelder, FailToOpenWithTheEnginesNumber)
 {
     const QString kein = m_ordner.filePath(u"VELDRAK.ini"_s);
-    beispiel::erzeugeIni(m_ordner.path(), u"/"_s);
+    beispiel::schreibe(kein, "[VELDRAK]\r\n");
     const auto oeffne = [this](const QString &pfad, const QString &kennwort) {
         return fehlernummer([&] { clSyncFelder(*m_engine).init(pfad, kennwort); });
     };

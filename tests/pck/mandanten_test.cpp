@@ -1,6 +1,4 @@
 // Finding clients, their passwords, opening and closing.
-#include <QFile>
-
 #include "tests/pck/PckTest.h"
 
 using namespace Qt::StringLiterals;
@@ -13,10 +11,7 @@ protected:
     {
         beispiel::erzeugeMandant(m_engine.dahinter(), m_ordner.filePath(u"Alt.PCK"_s));
         beispiel::erzeugeMandant(m_engine.dahinter(), m_ordner.filePath(u"Geheim.PCK"_s), u"Sesam"_s);
-        QFile kaputt(m_ordner.filePath(u"Kaputt.PCK"_s));
-        ASSERT_TRUE(kaputt.open(QIODevice::WriteOnly));
-        kaputt.write(QByteArray(5000, 'x'));
-        kaputt.close();
+        beispiel::schreibe(m_ordner.filePath(u"Kaputt.PCK"_s), QByteArray(5000, 'x'));
         EXPECT_TRUE(m_pck.init(m_ordner.path() + u'/'));
     }
     bool offen()
