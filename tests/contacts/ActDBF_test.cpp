@@ -89,6 +89,8 @@ TEST_F(Suche, FindsByEitherFieldOrByAccount)
         EXPECT_EQ(m_muster, ActDBF::GrossKleinMuster(row.text)) << "the term is replaced by its pattern";
         EXPECT_EQ(m_felder, 4 + 12);
     }
+    beispiel::fuehreAus(*m_engine, m_ordner.path(), {u"DELETE FROM KONTAKTE"_s});
+    EXPECT_THAT(finde(u""_s), IsEmpty()) << "deleted records only";
     EXPECT_THAT(m_tisch.boxes, IsEmpty());
     EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty());
 }
