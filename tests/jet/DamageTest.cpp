@@ -75,7 +75,7 @@ TEST_P(DamageTest, ChangedBytesAreNoticedOrHarmless)
 {
     std::mt19937 random(GetParam().jet4() ? 4 : 3);
     int noticed = 0;
-    for (int round = 0; round < 400; ++round) {
+    for (int round = 0; round < 600; ++round) {
         SCOPED_TRACE(round);
         QByteArray damaged = m_content;
         const auto pageSize = static_cast<unsigned>(GetParam().pageSize());
@@ -85,5 +85,5 @@ TEST_P(DamageTest, ChangedBytesAreNoticedOrHarmless)
             damaged[page + random() % reach] = static_cast<char>(random());
         noticed += readsWhole(damaged) ? 0 : 1;
     }
-    EXPECT_GT(noticed, 95);
+    EXPECT_GT(noticed, 140);
 }
