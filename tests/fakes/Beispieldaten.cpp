@@ -37,7 +37,7 @@ const Feld felder[] = {
     {u"ZIP",       u"PersKtoPLZ",      u"PLZ",      7,  true,  false, false, &Person::plz},
     {u"CITY",      u"PersKtoOrt",      u"Ort",      8,  true,  false, false, &Person::ort},
     {u"Telefon",   u"PersKtoTelefon",  u"Telefon",  11, true,  true,  true,  &Person::telefon},
-    {u"Telefax",   u"PersKtoTelefax",  u"Fax",      13, true,  true,  true,  &Person::fax},
+    {u"Telefax",   u"PersKtoTelefax",  u"Fax",      13, true,  false, true,  &Person::fax},
     {u"Handy",     u"PersKtoMobil",    u"Handy",    14, true,  true,  true,  &Person::handy},
     {u"EMAIL",     u"PersKtoEmail",    u"Email",    15, true,  true,  true,  &Person::email},
     {u"URL",       u"PersKtoInternet", u"URL",      17, true,  false, false, &Person::url},
