@@ -28,7 +28,7 @@ protected:
     bool mount() { return m_mounted = ::mount("tmpfs", name().constData(), "tmpfs", 0, "size=2m") == 0; }
     void remount(unsigned long flags)
     {
-        ASSERT_EQ(::mount(nullptr, name().constData(), nullptr, MS_REMOUNT | flags, nullptr), 0);
+        ASSERT_EQ(::mount("tmpfs", name().constData(), "tmpfs", MS_REMOUNT | flags, nullptr), 0);
     }
 
 private:
