@@ -51,6 +51,14 @@ bool CatalogEntry::isUserTable() const
     return type == TableObject && (flags & hiddenObjectFlags) == 0 && !name.startsWith(u"MSys"_s, Qt::CaseInsensitive);
 }
 
+TableDef readTableDef(PageStore &store, const TextCodec &codec, const CatalogEntry &table)
+{
+    TableDef def = readTableDef(store, codec, table.id);
+    if (table.isUserTable() && def.type != TableDef::User)
+        damaged(table.id, u"die Definition ist die einer Systemtabelle"_s);
+    return def;
+}
+
 Catalog::Catalog(PageStore &store, const TextCodec &codec)
     : m_store(store)
     , m_codec(codec)

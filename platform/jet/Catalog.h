@@ -28,6 +28,10 @@ struct CatalogEntry {
     bool isUserTable() const;
 };
 
+/// The definition of a listed table. Throws StorageError::Damaged also for a user's table whose definition is a system
+/// table's.
+TableDef readTableDef(PageStore &store, const TextCodec &codec, const CatalogEntry &table);
+
 /// The objects of the database, as MSysObjects lists them. Read anew on demand; holds nothing but the store.
 class Catalog
 {

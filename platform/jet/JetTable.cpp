@@ -42,9 +42,7 @@ JetTable::KnownPtr JetTable::readDefinition() const
         throw StorageError(StorageError::NoSuchTable, u"%1 wurde inzwischen gelöscht oder neu angelegt."_s.arg(place()),
                            m_entry.name);
     }
-    TableDef def = readTableDef(file, m_database.codec(), m_entry.id);
-    if (m_entry.isUserTable() && def.type != TableDef::User)
-        damaged(m_entry.id, u"die Definition ist die einer Systemtabelle"_s);
+    TableDef def = readTableDef(file, m_database.codec(), m_entry);
     const QByteArray properties = catalog.properties(m_entry.row);
     SchemaMap map = makeSchema(m_entry.name, def, properties, m_database.codec());
     return std::make_shared<Known>(Known{generation, std::move(def), std::move(map)});

@@ -11,7 +11,6 @@
 #include "platform/jet/PropertyBlob.h"
 #include "platform/jet/Relationships.h"
 #include "platform/jet/SystemTables.h"
-#include "platform/jet/TableDefFile.h"
 #include "platform/jet/VerifierPages.h"
 #include "platform/jet/VerifierRelation.h"
 #include "platform/jet/VerifierTable.h"
@@ -83,7 +82,7 @@ private:
                 return m_findings.fault(
                     entry.id, u"zwei Tabellen im Katalog: %1 und %2"_s.arg(known.first->second.name, entry.name));
             TableDef &def = known.first->second.def;
-            def = readTableDef(m_file, m_codec, entry.id);
+            def = readTableDef(m_file, m_codec, entry);
             TableCheck(m_file, m_codec, def, entry.name, m_findings, m_book).run();
         });
     }
