@@ -49,6 +49,18 @@ std::size_t findTarget(const IndexNode &node, const IndexWalk::Target &target)
     return low;
 }
 
+void requireFirst(const IndexNode &leaf)
+{
+    if (leaf.previous() != 0)
+        damaged(leaf.number(), u"vor ihr steht Seite %1, der Index beginnt aber hier"_s.arg(leaf.previous()));
+}
+
+void requireLast(const IndexNode &leaf)
+{
+    if (leaf.next() != 0)
+        damaged(leaf.number(), u"hinter ihr folgt Seite %1, der Index endet aber hier"_s.arg(leaf.next()));
+}
+
 void checkNeighbours(const IndexNode &left, const IndexNode &right)
 {
     if (left.next() != right.number()) {
@@ -122,12 +134,16 @@ IndexPath IndexWalk::toEntry(Bytes entry) const
 
 IndexPath IndexWalk::toStart() const
 {
-    return descend([](const IndexNode &) { return std::size_t{0}; });
+    IndexPath path = descend([](const IndexNode &) { return std::size_t{0}; });
+    requireFirst(path.back().node);
+    return path;
 }
 
 IndexPath IndexWalk::toEnd() const
 {
-    return descend([](const IndexNode &node) { return node.count(); });
+    IndexPath path = descend([](const IndexNode &node) { return node.count(); });
+    requireLast(path.back().node);
+    return path;
 }
 
 bool IndexWalk::nextLeaf(IndexPath &path) const
@@ -136,8 +152,7 @@ bool IndexWalk::nextLeaf(IndexPath &path) const
                                    [](const IndexStep &step) { return step.position < step.node.count(); });
     const IndexNode left = path.back().node;
     if (turn == path.rend()) {
-        if (left.next() != 0)
-            damaged(left.number(), u"hinter ihr folgt Seite %1, der Index endet aber hier"_s.arg(left.next()));
+        requireLast(left);
         return false;
     }
     path.erase(turn.base(), path.end());
@@ -153,8 +168,7 @@ bool IndexWalk::previousLeaf(IndexPath &path) const
         = std::find_if(path.rbegin() + 1, path.rend(), [](const IndexStep &step) { return step.position > 0; });
     const IndexNode right = path.back().node;
     if (turn == path.rend()) {
-        if (right.previous() != 0)
-            damaged(right.number(), u"vor ihr steht Seite %1, der Index beginnt aber hier"_s.arg(right.previous()));
+        requireFirst(right);
         return false;
     }
     path.erase(turn.base(), path.end());

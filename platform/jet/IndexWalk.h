@@ -39,6 +39,7 @@ public:
     IndexPath toTarget(const Target &target) const;
     /// The way to an entry: key and row address. Or to the place where it belongs.
     IndexPath toEntry(storage::Bytes entry) const;
+    /// The ends of the tree; StorageError::Damaged if a page beyond is linked.
     IndexPath toStart() const;
     IndexPath toEnd() const;
 
