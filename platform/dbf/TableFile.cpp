@@ -5,10 +5,6 @@
 
 #include <QFileInfo>
 
-using namespace Qt::StringLiterals;
-using storage::Access;
-using storage::StorageError;
-
 namespace dbf {
 
 TableFile::TableFile(storage::FileSystem &files, const QString &path, bool forWriting)

@@ -10,7 +10,6 @@
 #include "platform/storage/Patience.h"
 
 using namespace Qt::StringLiterals;
-using storage::Access;
 using storage::readLE;
 using storage::StorageError;
 

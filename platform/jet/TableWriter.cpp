@@ -12,21 +12,18 @@
 #include "platform/jet/RowStore.h"
 #include "platform/jet/TableDefFile.h"
 #include "platform/jet/ValueCodec.h"
+#include "platform/storage/FileSystem.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
 using storage::Bytes;
+using storage::bytesOf;
 using storage::StorageError;
 using storage::Value;
 
 namespace jet {
 
 namespace {
-
-Bytes bytesOf(const QByteArray &array)
-{
-    return std::as_bytes(std::span(array.constData(), static_cast<std::size_t>(array.size())));
-}
 
 bool isKnown(const ColumnDef &column)
 {
