@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <limits>
 
-#include <QFile>
 #include <QStringDecoder>
+#include <QStringList>
 
 #include "platform/errors/RunTimeError.h"
+#include "platform/storage/FileSystem.h"
+#include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -61,11 +63,11 @@ FieldList FieldList::parse(const QByteArray &text)
 
 FieldList FieldList::read(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QFile::ReadOnly))
-        throw RunTimeError(kFileNotFound,
-                           u"Die Feldliste „%1“ kann nicht gelesen werden: %2"_s.arg(path, file.errorString()));
-    return parse(file.readAll());
+    try {
+        return parse(storage::readWholeFile(path));
+    } catch (const storage::StorageError &error) {
+        throw RunTimeError(kFileNotFound, u"Die Feldliste kann nicht gelesen werden: "_s + error.text());
+    }
 }
 
 const Field *FieldList::find(int number) const

@@ -17,6 +17,12 @@ Bytes bytesOf(const QByteArray &array)
     return std::as_bytes(std::span(array.constData(), static_cast<std::size_t>(array.size())));
 }
 
+QByteArray readWholeFile(const QString &path)
+{
+    const std::unique_ptr<File> file = systemFiles().open(path, Access::Read);
+    return file->read(0, file->size());
+}
+
 OpenedFile openAsFarAsPossible(FileSystem &files, const QString &path, bool forWriting)
 {
     std::optional<StorageError> whyReadOnly;
@@ -56,7 +62,7 @@ StorageError fileError(int systemError, const QString &path, const QString &what
     case StorageError::ConnectionLost:
         return {kind, place + u", die Verbindung ist unterbrochen"_s};
     default:
-        return {kind, u"%1 (Fehler %2: %3)"_s.arg(place).arg(systemError).arg(qt_error_string(systemError))};
+        return {kind, u"%1 (Fehler %2 des Betriebssystems)"_s.arg(place).arg(systemError)}; // it knows no German
     }
 }
 

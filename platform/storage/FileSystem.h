@@ -89,6 +89,10 @@ struct OpenedFile {
 /// Opens a file for writing if that is wanted and possible, else for reading; says why. Throws as FileSystem::open.
 OpenedFile openAsFarAsPossible(FileSystem &files, const QString &path, bool forWriting);
 
+/// The content of a file of the machine's own. Throws as FileSystem::open and File::read: a German text with the file's
+/// name for whatever cannot be read, a folder among them.
+QByteArray readWholeFile(const QString &path);
+
 /// What the operating system's error means for `what` ("Schreiben") on a file.
 StorageError fileError(int systemError, const QString &path, const QString &what);
 /// The same for making, removing and renaming, which the folder may not allow.

@@ -1,6 +1,7 @@
 // Phone forms, the field list, the contact table by field numbers and the rules of a lookup.
 #include <gmock/gmock.h>
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "acthost/ContactBook.h"
@@ -78,6 +79,9 @@ TEST(FieldListTest, FaultyListsAreRefusedByLine)
         EXPECT_EQ(number, 5);
         EXPECT_TRUE(text.contains(row.complaint)) << text.toStdString();
     }
+    const QString folder = QDir::tempPath();
+    EXPECT_EQ(failureOf([&] { FieldList::read(folder); }),
+              std::pair(53, u"Die Feldliste kann nicht gelesen werden: %1 ist keine Datei"_s.arg(folder)));
 }
 
 TEST(OptionsTest, TheCommandLineIsChecked)
