@@ -98,7 +98,7 @@ class Files
 public:
     virtual ~Files() = default;
 
-    // Both throw RunTimeError 75 if one may not look there and 57 if the drive fails.
+    // Both throw RunTimeError 75 if one may not look there and 57 if the drive fails. A folder is no file.
 
     virtual bool exists(const QString &path) const = 0;
     /// The names (without folder) of the files that match a path with wildcards in its last part, case-insensitively,

@@ -129,6 +129,7 @@ TEST_F(DesktopTest, FilesAreListedWithoutCase)
         EXPECT_EQ(desktop.files.list(row.pattern), row.names);
     }
     EXPECT_TRUE(desktop.files.exists(windowsPath + u"\\EINS.pck"_s));
+    EXPECT_FALSE(desktop.files.exists(windowsPath + u"\\ordner.pck"_s)) << "a folder is no file";
     EXPECT_FALSE(desktop.files.exists(windowsPath + u"\\drei.pck"_s));
     EXPECT_EQ(desktop.files.shortPath(windowsPath), windowsPath);
 }

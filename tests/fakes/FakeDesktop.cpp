@@ -72,7 +72,7 @@ void FakeDesktop::yieldAndRest()
 
 bool FakeDesktop::exists(const QString &path) const
 {
-    return QFileInfo::exists(storage::existingPath(storage::localPath(path)));
+    return QFileInfo(storage::existingPath(storage::localPath(path))).isFile();
 }
 
 QStringList FakeDesktop::list(const QString &pattern) const

@@ -48,8 +48,9 @@ namespace desktop {
 bool DiskFiles::exists(const QString &path) const
 {
     const QString local = storage::existingPath(storage::localPath(path));
-    if (QFileInfo::exists(local))
-        return true;
+    const QFileInfo found(local);
+    if (found.exists())
+        return found.isFile();
     requireKnown(local);
     return false;
 }
