@@ -48,7 +48,7 @@ int main(int argc, char *argv[])
 
     DBusAutomation automation;
     const auto engine = dao::makeEmbeddedEngine();
-    desktop::QtDesktop tisch([&automation](const QString &progId) { return automation.nameOwned(progId); });
+    desktop::QtDesktop tisch([&automation](const QString &progId) { return automation.nameKnown(progId); });
     Haupt haupt(Umgebung{automation, *engine, tisch.messageBoxes, tisch.settings, tisch.clipboard, tisch.windows,
                          tisch.screen, tisch.clock, tisch.messageLoop, tisch.files, ordner});
     return ausgefuehrt(haupt);

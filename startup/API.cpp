@@ -12,7 +12,7 @@ bool API::FensterVorhanden(const desktop::TopLevelWindows &fenster, const QStrin
 {
     const auto alle = fenster.list();
     if (!alle)
-        return fenster.automationNameOwned(progId);
+        return fenster.programSeen(progId, m_klasse).value_or(true); // the connection will tell, and ask
     return std::any_of(alle->begin(), alle->end(), [this](const desktop::Window &eines) {
         return eines.className.contains(m_klasse) && eines.title.trimmed().contains(m_titel);
     });

@@ -10,7 +10,8 @@ class API
 public:
     API(const QString &klasse, const QString &titel);
 
-    /// Whether such a window exists. Where windows cannot be listed, whether a program offers `progId` instead.
+    /// Whether such a window exists. Where windows cannot be listed, false only if there surely is no program that
+    /// offers `progId`, or will.
     bool FensterVorhanden(const desktop::TopLevelWindows &fenster, const QString &progId) const;
 
 private:

@@ -61,8 +61,9 @@ public:
     virtual ~TopLevelWindows() = default;
     /// All top-level windows of the desktop; nothing where they cannot be listed.
     virtual std::optional<std::vector<Window>> list() const = 0;
-    /// Whether a running program offers automation under this name; counts where windows cannot be listed.
-    virtual bool automationNameOwned(const QString &progId) const = 0;
+    /// Where windows cannot be listed: whether a program runs that offers automation under this name, or will, or whose
+    /// windows have such a class. Nothing if that cannot be told.
+    virtual std::optional<bool> programSeen(const QString &progId, const QString &className) const = 0;
 };
 
 class Screen

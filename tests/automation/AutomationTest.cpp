@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "platform/automation/dbus/DBusAutomation.h"
@@ -205,7 +208,7 @@ TEST_F(AutomationTest, AProgramThatEndsIsGone)
 {
     EXPECT_EQ(failureOf([&] { object->call(u"die"_s); }).first, 462) << "while it is asked, not the time-out's 440";
     EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462);
-    EXPECT_FALSE(automation.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_EQ(automation.nameKnown(u"TEST.FOREIGN"_s), false);
     EXPECT_FALSE(automation.CreateObject(u"TEST.FOREIGN"_s));
 
     DBusAutomation early({2s, bus.address()});
@@ -213,7 +216,7 @@ TEST_F(AutomationTest, AProgramThatEndsIsGone)
     foreign.waitForFinished();
     ASSERT_TRUE(bus.start(foreign, QCoreApplication::applicationFilePath(), {u"--foreign"_s}));
     EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462) << "a new program has new objects";
-    EXPECT_TRUE(automation.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_EQ(automation.nameKnown(u"TEST.FOREIGN"_s), true);
     EXPECT_TRUE(automation.CreateObject(u"TEST.FOREIGN"_s));
     EXPECT_TRUE(early.CreateObject(u"TEST.FOREIGN"_s));
 }
@@ -223,10 +226,25 @@ TEST_F(AutomationTest, WithoutABusThereIsNoObject)
     bus.stop();
     EXPECT_EQ(failureOf([&] { object->get(u"Version"_s); }).first, 462);
     EXPECT_FALSE(automation.CreateObject(u"TEST.FOREIGN"_s));
+    EXPECT_EQ(automation.nameKnown(u"TEST.FOREIGN"_s), std::nullopt);
 
     DBusAutomation nowhere({2s, u"unix:path=/nonexistent/bus"_s});
-    EXPECT_FALSE(nowhere.nameOwned(u"TEST.FOREIGN"_s));
+    EXPECT_EQ(nowhere.nameKnown(u"TEST.FOREIGN"_s), std::nullopt);
     EXPECT_FALSE(nowhere.CreateObject(u"TEST.FOREIGN"_s));
+}
+
+TEST(ActivatableName, IsKnownBeforeAnybodyOwnsIt)
+{
+    const QTemporaryDir data;
+    ASSERT_TRUE(QDir(data.path()).mkpath(u"dbus-1/services"_s));
+    QFile service(data.filePath(u"dbus-1/services/TEST.LATER.service"_s));
+    ASSERT_TRUE(service.open(QFile::WriteOnly));
+    service.write("[D-BUS Service]\nName=TEST.LATER\nExec=/bin/false\n");
+    service.close();
+    const PrivateBus bus(data.path());
+    DBusAutomation automation({2s, bus.address()});
+    EXPECT_EQ(automation.nameKnown(u"TEST.LATER"_s), true);
+    EXPECT_EQ(automation.nameKnown(u"TEST.NEVER"_s), false);
 }
 
 } // namespace

@@ -8,8 +8,13 @@
 class PrivateBus
 {
 public:
-    PrivateBus()
+    /// A bus that knows services below `data`, as XDG_DATA_HOME names them.
+    explicit PrivateBus(const QString &data = {})
     {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!data.isEmpty())
+            environment.insert(QStringLiteral("XDG_DATA_HOME"), data);
+        m_daemon.setProcessEnvironment(environment);
         m_daemon.start(QStringLiteral("dbus-daemon"),
                        {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
         if (m_daemon.waitForStarted() && m_daemon.waitForReadyRead(10000))

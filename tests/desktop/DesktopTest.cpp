@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -40,7 +42,7 @@ protected:
     }
 
     QTemporaryDir folder;
-    QtDesktop desktop{[](const QString &progId) { return progId == "ACTOLE.APPOBJECT"_L1; }};
+    QtDesktop desktop{[](const QString &) { return std::nullopt; }};
 };
 
 void press(QMessageBox &box, const QString &button)
@@ -188,9 +190,35 @@ TEST_F(DesktopTest, WithoutADisplayWindowsCannotBeListed)
     const QByteArray display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
     EXPECT_FALSE(desktop.windows.list());
-    EXPECT_TRUE(desktop.windows.automationNameOwned(u"ACTOLE.APPOBJECT"_s));
-    EXPECT_FALSE(desktop.windows.automationNameOwned(u"ANDERE.APP"_s));
     qputenv("DISPLAY", display);
+}
+
+TEST_F(DesktopTest, AProgramIsSeenByItsNameOrItsProcess)
+{
+    const QString program = folder.filePath(u"Qactprobe"_s);
+    ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(u"sleep"_s), program));
+    QProcess process;
+    process.start(program, {u"60"_s});
+    ASSERT_TRUE(process.waitForStarted());
+    // clang-format off
+    struct Row { const char *name; std::optional<bool> nameKnown; QString className; std::optional<bool> seen; };
+    const Row rows[] = {
+        {"the name",                         true,         u"Qnone"_s,   true},
+        {"the process, no name",             false,        u"qact"_s,    true},
+        {"the process, the bus is silent",   std::nullopt, u"Qact"_s,    true},
+        {"neither",                          false,        u"Qnone"_s,   false},
+        {"no process, the bus is silent",    std::nullopt, u"Qnone"_s,   std::nullopt},
+        {"the word within a process's name", false,        u"actprobe"_s, false},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        const X11Windows windows(
+            [&row](const QString &progId) { return progId == "ACTOLE.APPOBJECT"_L1 ? row.nameKnown : std::nullopt; });
+        EXPECT_EQ(windows.programSeen(u"ACTOLE.APPOBJECT"_s, row.className), row.seen);
+    }
+    process.kill();
+    process.waitForFinished();
 }
 
 } // namespace

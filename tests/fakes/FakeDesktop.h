@@ -39,7 +39,7 @@ public:
     QStringList clipboardHistory;
     std::optional<std::vector<desktop::Window>> windows{
         {{QStringLiteral("acthost"), QStringLiteral("ACT! - Kontakte")}}};
-    bool nameOwned = false;
+    std::optional<bool> actSeen = false;
     double seconds = 0; ///< each rest moves it a quarter on
     std::function<void()> onYield;
     int yields = 0;
@@ -52,7 +52,11 @@ public:
     void clear() override { clipboard.clear(); }
     void setText(const QString &text) override;
     std::optional<std::vector<desktop::Window>> list() const override { return windows; }
-    bool automationNameOwned(const QString &) const override { return nameOwned; }
+    std::optional<bool> programSeen(const QString &progId, const QString &className) const override
+    {
+        return progId == QLatin1String("ACTOLE.APPOBJECT") && className == QLatin1String("act") ? actSeen
+                                                                                                : std::nullopt;
+    }
     QSize sizeInPixels() const override { return {1000, 800}; }
     double Timer() const override { return seconds; }
     QDate Date() const override { return {2026, 11, 21}; }

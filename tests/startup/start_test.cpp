@@ -59,21 +59,22 @@ TEST_F(Start, EndsAtOnceOnNo)
 TEST_F(Start, ShowsTheInformationWindowWhenActIsNotRunning)
 {
     // clang-format off
-    struct Row { const char *name; std::optional<std::vector<desktop::Window>> fenster; bool name_; bool gefunden; };
+    struct Row { const char *name; std::optional<std::vector<desktop::Window>> fenster; std::optional<bool> gesehen; bool gefunden; };
     const Row rows[] = {
         {"no window at all",                    {{}},                                      true,  false},
         {"the class alone does not do",         {{{u"acthost"_s, u"Kontakte"_s}}},         false, false},
         {"the title alone does not do",         {{{u"editor"_s, u"ACT! - Brief"_s}}},      false, false},
         {"fragments in one window",             {{{u"xactx"_s, u"  Mein ACT! 6 "_s}}},     false, true},
         {"capitals count",                      {{{u"ACT"_s, u"act!"_s}}},                 true,  false},
-        {"windows unknown, name owned",         std::nullopt,                              true,  true},
-        {"windows unknown, name not owned",     std::nullopt,                              false, false},
+        {"windows unknown, program seen",       std::nullopt,                              true,  true},
+        {"windows unknown, surely no program",  std::nullopt,                              false, false},
+        {"nothing can be told",                 std::nullopt,                              std::nullopt, true},
     };
     // clang-format on
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         m_desktop.windows = row.fenster;
-        m_desktop.nameOwned = row.name_;
+        m_desktop.actSeen = row.gesehen;
         Haupt haupt(m_haupt.umgebung());
         bool gezeigt = false;
         QTimer::singleShot(0, &haupt.InfoStart(), [&] {

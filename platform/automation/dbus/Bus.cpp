@@ -79,12 +79,16 @@ std::chrono::milliseconds Bus::patienceWith(const QString &service) const
     return std::min<std::chrono::milliseconds>(m_timeout, std::max<std::chrono::milliseconds>(1s, m_timeout / 5));
 }
 
+QDBusMessage Bus::ask(const QString &method, const QVariantList &arguments)
+{
+    return call(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method, arguments);
+}
+
 std::optional<QString> Bus::ownerOf(const QString &name)
 {
     if (!isConnected())
         return std::nullopt;
-    const QDBusMessage reply = call(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
-                                    u"GetNameOwner"_s, {name});
+    const QDBusMessage reply = ask(u"GetNameOwner"_s, {name});
     if (reply.type() == QDBusMessage::ReplyMessage)
         return reply.arguments().value(0).toString();
     const bool nobody = reply.errorName() == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
@@ -92,4 +96,12 @@ std::optional<QString> Bus::ownerOf(const QString &name)
     if (!nobody)
         throw AutomationError(AutomationError::AutomationFailure, u"%1: %2"_s.arg(name, reply.errorMessage()));
     return std::nullopt;
+}
+
+bool Bus::isActivatable(const QString &name)
+{
+    const QDBusMessage reply = ask(u"ListActivatableNames"_s);
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        throw AutomationError(AutomationError::AutomationFailure, u"%1: %2"_s.arg(name, reply.errorMessage()));
+    return reply.arguments().value(0).toStringList().contains(name);
 }

@@ -39,8 +39,12 @@ public:
     /// The unique name of the program that owns a bus name; nothing if nobody does, or if the bus is gone.
     /// Throws AutomationError when the bus refuses the question.
     std::optional<QString> ownerOf(const QString &name);
+    /// Whether the bus knows a program to start for this name. Throws AutomationError when it does not answer.
+    bool isActivatable(const QString &name);
 
 private:
+    QDBusMessage ask(const QString &method, const QVariantList &arguments = {}); // the bus itself
+
     std::chrono::milliseconds m_timeout;
     std::set<QString> m_late; // programs whose last call ran out of time
     QString m_connectionName;

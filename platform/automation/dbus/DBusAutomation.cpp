@@ -26,7 +26,13 @@ AutomationObjectPtr DBusAutomation::CreateObject(const QString &progId)
     return owner ? std::make_shared<DBusObject>(m_bus, *owner, u"/"_s) : nullptr;
 }
 
-bool DBusAutomation::nameOwned(const QString &progId)
+std::optional<bool> DBusAutomation::nameKnown(const QString &progId)
 {
-    return bus()->ownerOf(progId).has_value();
+    if (!bus()->isConnected())
+        return std::nullopt;
+    try {
+        return m_bus->ownerOf(progId) || m_bus->isActivatable(progId);
+    } catch (const AutomationError &) { // CreateObject asks the same, and its failure is told
+        return std::nullopt;
+    }
 }

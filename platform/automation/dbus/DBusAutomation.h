@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 #include "platform/automation/Automation.h"
 
@@ -27,8 +28,8 @@ public:
     /// Objects already handed out stay valid when this one goes. Looks for the bus anew if there was none before.
     AutomationObjectPtr CreateObject(const QString &progId) override;
 
-    /// Whether a running program owns this name.
-    bool nameOwned(const QString &progId);
+    /// Whether a running program owns this name, or the bus would start one for it. Nothing if the bus does not say.
+    std::optional<bool> nameKnown(const QString &progId);
 
 private:
     const std::shared_ptr<Bus> &bus();

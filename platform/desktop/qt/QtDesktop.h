@@ -13,9 +13,9 @@ namespace desktop {
 
 /// The real desktop: everything behind the ports in one place. Needs a QApplication while it is used.
 struct QtDesktop {
-    /// `nameOwned` tells whether a running program offers automation under a name; it must outlive this object's use.
-    explicit QtDesktop(X11Windows::NameOwned nameOwned)
-        : windows(std::move(nameOwned))
+    /// `nameKnown` tells whether a program offers automation under a name, or could; it must outlive this object's use.
+    explicit QtDesktop(X11Windows::NameKnown nameKnown)
+        : windows(std::move(nameKnown))
     { }
 
     QtMessageBoxes messageBoxes;

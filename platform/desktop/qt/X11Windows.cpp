@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <xcb/xcb.h>
 
+#include "platform/desktop/qt/Processes.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -93,6 +95,15 @@ std::optional<std::vector<Window>> X11Windows::list() const
         return std::nullopt;
     const WindowTree tree;
     return tree.isOpen() ? std::optional(tree.windows()) : std::nullopt;
+}
+
+std::optional<bool> X11Windows::programSeen(const QString &progId, const QString &className) const
+{
+    const std::optional<bool> name = m_nameKnown(progId);
+    const std::optional<bool> process = isProgramRunning(className);
+    if (name.value_or(false) || process.value_or(false))
+        return true;
+    return name && process ? std::optional(false) : std::nullopt;
 }
 
 } // namespace desktop

@@ -12,17 +12,19 @@ namespace desktop {
 class X11Windows : public TopLevelWindows
 {
 public:
-    using NameOwned = std::function<bool(const QString &progId)>;
+    /// Nothing if that cannot be asked.
+    using NameKnown = std::function<std::optional<bool>(const QString &progId)>;
 
-    explicit X11Windows(NameOwned nameOwned)
-        : m_nameOwned(std::move(nameOwned))
+    explicit X11Windows(NameKnown nameKnown)
+        : m_nameKnown(std::move(nameKnown))
     { }
 
     std::optional<std::vector<Window>> list() const override;
-    bool automationNameOwned(const QString &progId) const override { return m_nameOwned(progId); }
+    /// No only if neither the name nor a process is there; a window's class mostly is the name of its program.
+    std::optional<bool> programSeen(const QString &progId, const QString &className) const override;
 
 private:
-    NameOwned m_nameOwned;
+    NameKnown m_nameKnown;
 };
 
 } // namespace desktop
