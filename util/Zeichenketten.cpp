@@ -1,6 +1,17 @@
 // Texts that consist of pieces, as in the ini file and in the sources of composed fields.
 #include "util/Zeichenketten.h"
 
+#include <algorithm>
+#include <iterator>
+
+QString Trim(const QString &text)
+{
+    const auto istInhalt = [](QChar zeichen) { return zeichen != u' '; };
+    const auto anfang = std::find_if(text.begin(), text.end(), istInhalt);
+    const auto ende = std::find_if(text.rbegin(), std::make_reverse_iterator(anfang), istInhalt).base();
+    return text.sliced(anfang - text.begin(), ende - anfang);
+}
+
 int AnzahlTeile(const QString &text, QChar trenner)
 {
     if (text.isEmpty())
@@ -21,5 +32,5 @@ QString Teil(const QString &text, QChar trenner, int k)
 
 QString Token(const QString &text, int k)
 {
-    return Teil(text, u'|', k).trimmed();
+    return Trim(Teil(text, u'|', k));
 }
