@@ -2,14 +2,16 @@
 #include "util/iniDatei.h"
 
 #include <algorithm>
-#include <span>
 
-#include <QFile>
+#include <QStringConverter>
 #include <QStringList>
 
 #include "platform/errors/RunTimeError.h"
 #include "platform/storage/Codepage.h"
+#include "platform/storage/FileSystem.h"
 #include "platform/storage/LocalPath.h"
+#include "platform/storage/StorageError.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,16 +27,42 @@ bool istSchluesselzeile(const QString &zeile)
     return !istSektion(zeile) && zeile.indexOf(u'=') >= 1;
 }
 
+RunTimeError fehlerIn(const QString &pfad, qsizetype zeile, int nummer, const QString &text)
+{
+    return {nummer, u"%1, Zeile %2: %3"_s.arg(pfad).arg(zeile).arg(text)};
+}
+
+QByteArray inhaltVon(const QString &pfad)
+{
+    try {
+        return storage::readWholeFile(storage::existingPath(storage::localPath(pfad)));
+    } catch (const storage::StorageError &fehler) {
+        const bool verboten = fehler.kind() == storage::StorageError::NoPermission;
+        throw RunTimeError(verboten ? RunTimeError::PathAccess : RunTimeError::DeviceFailed, fehler.text());
+    }
+}
+
+/// In the encoding that a byte order mark names, else in Windows-1252.
+QString dekodiert(const QByteArray &bytes)
+{
+    const auto kodierung = QStringConverter::encodingForData(bytes);
+    if (!kodierung)
+        return storage::windows1252.decode(storage::bytesOf(bytes));
+    return QStringDecoder(*kodierung, QStringConverter::Flag::Stateless)(bytes);
+}
+
 QStringList zeilenVon(const QString &pfad)
 {
-    QFile datei(storage::existingPath(storage::localPath(pfad)));
-    if (!datei.open(QIODevice::ReadOnly))
-        throw RunTimeError(RunTimeError::DeviceFailed, u"%1: %2"_s.arg(pfad, datei.errorString()));
-    const QByteArray bytes = datei.readAll();
-    QString text = storage::windows1252.decode(std::as_bytes(std::span(bytes.constData(), std::size_t(bytes.size()))));
-    QStringList zeilen = text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').split(u'\n');
-    for (QString &zeile : zeilen)
-        zeile = iniDatei::KommentarEntfernen(zeile);
+    QStringList zeilen = dekodiert(inhaltVon(pfad)).replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').split(u'\n');
+    for (qsizetype i = 0; i < zeilen.size(); ++i) {
+        // What the decoder leaves of bytes that mean nothing, and what UTF-16 without its mark is full of.
+        if (zeilen[i].contains(QChar::ReplacementCharacter) || zeilen[i].contains(QChar::Null)) {
+            throw fehlerIn(pfad, i + 1, RunTimeError::InvalidFileFormat,
+                           u"Der Text ist nicht lesbar. Die Datei muß als Windows-1252, UTF-8 oder UTF-16 mit "
+                           "Kennung gespeichert sein."_s);
+        }
+        zeilen[i] = iniDatei::KommentarEntfernen(zeilen[i]);
+    }
     return zeilen;
 }
 
@@ -53,14 +81,18 @@ bool iniDatei::IniLaden(const QString &pfad)
         return false;
 
     m_sektionen.clear();
-    for (const QString &zeile : zeilen) {
+    for (qsizetype i = 0; i < zeilen.size(); ++i) {
+        const QString &zeile = zeilen[i];
         if (istSektion(zeile)) {
             m_sektionen.push_back({zeile.mid(1, zeile.size() - 2), {}});
         } else if (istSchluesselzeile(zeile)) {
-            if (m_sektionen.empty())
-                throw RunTimeError(RunTimeError::SubscriptOutOfRange);
             const qsizetype gleich = zeile.indexOf(u'=');
-            m_sektionen.back().eintraege.push_back({zeile.left(gleich).trimmed(), zeile.mid(gleich + 1).trimmed()});
+            const Eintrag eintrag{Trim(zeile.left(gleich)), Trim(zeile.mid(gleich + 1))};
+            if (m_sektionen.empty()) {
+                throw fehlerIn(pfad, i + 1, RunTimeError::SubscriptOutOfRange,
+                               u"Der Schlüssel „%1“ steht vor dem ersten Abschnitt."_s.arg(eintrag.schluessel));
+            }
+            m_sektionen.back().eintraege.push_back(eintrag);
         }
     }
     return true;
@@ -68,8 +100,8 @@ bool iniDatei::IniLaden(const QString &pfad)
 
 QString iniDatei::IniLesen(QString &sektion, QString &schluessel) const
 {
-    sektion = sektion.trimmed();
-    schluessel = schluessel.trimmed();
+    sektion = Trim(sektion);
+    schluessel = Trim(schluessel);
     for (const Sektion &eine : m_sektionen) {
         if (eine.name != sektion)
             continue;
@@ -84,5 +116,5 @@ QString iniDatei::IniLesen(QString &sektion, QString &schluessel) const
 QString iniDatei::KommentarEntfernen(const QString &zeile)
 {
     const qsizetype kommentar = zeile.indexOf(u'\'');
-    return (kommentar < 0 ? zeile : zeile.left(kommentar)).trimmed();
+    return Trim(kommentar < 0 ? zeile : zeile.left(kommentar));
 }

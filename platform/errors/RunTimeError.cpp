@@ -30,6 +30,8 @@ QString RunTimeError::standardText(int number)
         return u"Pfad nicht gefunden"_s;
     case ObjectNotSet:
         return u"Objektvariable nicht festgelegt"_s;
+    case InvalidFileFormat:
+        return u"Ungültiges Dateiformat"_s;
     case InvalidPropertyValue:
         return u"Ungültiger Eigenschaftswert"_s;
     case CannotCreateObject:

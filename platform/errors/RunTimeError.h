@@ -30,6 +30,7 @@ public:
     static constexpr int PathAccess = 75;
     static constexpr int PathNotFound = 76;
     static constexpr int ObjectNotSet = 91;
+    static constexpr int InvalidFileFormat = 321;
     static constexpr int InvalidPropertyValue = 380;
     static constexpr int CannotCreateObject = 429;
     static constexpr int UnknownMember = 438;

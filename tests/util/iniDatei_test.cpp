@@ -1,10 +1,11 @@
 // The ini reader on files as people write them.
 #include <QFile>
+#include <QStringConverter>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "platform/errors/RunTimeError.h"
 #include "tests/fakes/FakeDesktop.h"
-#include "tests/fakes/Fehlernummer.h"
 #include "util/iniDatei.h"
 
 using namespace Qt::StringLiterals;
@@ -74,5 +75,34 @@ TEST_F(IniDatei, SaysWhetherThereIsAnythingToRead)
     EXPECT_TRUE(lade("[VELDRAK]\nk=w"));
     EXPECT_EQ(lies(u"VELDRAK"_s, u"k"_s), u"w"_s);
     EXPECT_EQ(lies(u"VELDRAK"_s, u"alt"_s), u""_s) << "nothing is kept of an earlier load";
-    EXPECT_EQ(fehlernummer([&] { lade("k=w\n[VELDRAK]\nID_Nummer=1|A\n"); }), 9) << "a key before the first section";
+}
+
+TEST_F(IniDatei, HonoursAByteOrderMarkAndNamesTheLineThatCannotBeRead)
+{
+    const QString text = u"[VELDRAK]\r\nOrt=Łódź\r\n"_s;
+    for (const auto art : {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
+        ASSERT_TRUE(lade(QStringEncoder(art, QStringConverter::Flag::WriteBom)(text)));
+        EXPECT_EQ(lies(u"VELDRAK"_s, u"Ort"_s), u"Łódź"_s);
+    }
+    // clang-format off
+    struct Row { const char *name; QByteArray inhalt; int nummer; int zeile; };
+    const Row rows[] = {
+        {"a key before the first section",     "\n\nk=w\n[VELDRAK]\nID_Nummer=1|A\n",         9,   3},
+        {"the same behind a mark",             "\xEF\xBB\xBFk=w\n[VELDRAK]\n",                9,   1},
+        {"not the encoding that it says",      "\xEF\xBB\xBF[VELDRAK]\nOrt=M\xFCnchen\n",     321, 2},
+        {"cut in the middle of a character",   QByteArray("\xFF\xFE[\0V\0]\0\n\0k\0=\0w", 15), 321, 2},
+        {"two bytes a character, but no mark", QByteArray("[\0V\0]\0\n\0k\0=\0w\0", 14),      321, 1},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        try {
+            lade(row.inhalt);
+            ADD_FAILURE() << "it can be read";
+        } catch (const RunTimeError &fehler) {
+            EXPECT_EQ(fehler.Number(), row.nummer);
+            EXPECT_TRUE(fehler.Description().startsWith(u"%1, Zeile %2: "_s.arg(m_pfad).arg(row.zeile)))
+                << fehler.what();
+        }
+    }
 }
