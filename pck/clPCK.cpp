@@ -85,8 +85,10 @@ bool clPCK::open_Mandant(QVariant &Mandant)
     const QString &datei = m_PckDateien[i];
     while (!test_Passwort(datei, m_PckPasswoerter[i])) {
         m_dienste.kennwortabfrage.zeige(datei);
-        if (m_dienste.kennwortabfrage.flagKennwortAbbruch)
+        if (m_dienste.kennwortabfrage.flagKennwortAbbruch) {
+            close_Mandant();
             return false;
+        }
         m_PckPasswoerter[i] = m_dienste.kennwortabfrage.Kennwort();
     }
     m_db = oeffne(datei, m_PckPasswoerter[i], 0);
@@ -115,7 +117,7 @@ std::shared_ptr<dao::Database> clPCK::oeffne(const QString &datei, const QString
         m_dienste.programm.MsgBox(
             {u"Fehler !"_s + u"\r\n"_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
              desktop::Icon::Exclamation});
-        m_dienste.programm.SofortEnde();
+        m_dienste.programm.ProgrammEnde();
     }
 }
 
@@ -129,9 +131,9 @@ qsizetype clPCK::stelle(const QVariant &Mandant) const
 
 bool clPCK::offenOderGemeldet()
 {
-    if (!m_db)
+    if (!istOffen())
         m_dienste.programm.MsgBox({u"Kein Mandant geöffnet!"_s});
-    return m_db != nullptr;
+    return istOffen();
 }
 
 dao::Database &clPCK::db() const

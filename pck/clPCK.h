@@ -45,11 +45,12 @@ public:
     /// index: it is closed again, and a wrong password ends the program like every other error, after a box.
     bool test_Passwort(const QVariant &Mandant, const QString &Passwort);
 
-    /// Opens a client, asking for its password as long as the remembered one is wrong. False if the user gives up; any
-    /// error but a wrong password ends the program, after a box. A name is replaced by its index. The client that was
-    /// open is not closed, only let go.
+    /// Opens a client, asking for its password as long as the remembered one is wrong. False if the user gives up:
+    /// then no client is open, whatever was before. Any error but a wrong password ends the program, after a box. A
+    /// name is replaced by its index. A client that was open is not closed by opening another one, only let go.
     bool open_Mandant(QVariant &Mandant);
     void close_Mandant();
+    bool istOffen() const { return m_db != nullptr; } ///< whether a client is open
     QString Mandanten(qint16 Index) const; ///< file name
 
     // Account numbers and accounts
@@ -60,9 +61,9 @@ public:
     /// the highest of the type; keinZugriff if the client does not open. The client stays open.
     QString NeueNummer(qint16 Mandant, const QString &Typ, qint32 Start);
 
-    /// Creates an account in the open client and fills it from the current row of a template. False, after a box, if
-    /// the number is taken. A column that the template lacks or that cannot take its value is shown in a box; the
-    /// account is made nevertheless.
+    /// Creates an account in the open client and fills it from the current row of a template; empty, that row's number,
+    /// type and counters are passed over. False, after a box, if the number is taken. A column that the template lacks
+    /// or that cannot take its value is shown in a box; the account is made nevertheless.
     bool neueAdresse(const QString &Nummer, dao::Recordset &Vorlage);
 
     /// The value of PersKtoArt for a type letter; 0 for anything else.
@@ -74,8 +75,8 @@ public:
     /// Errors, and that no client is open, are shown in a box.
     void setzeWert(const QString &Tabelle, const QString &Feld, const QVariant &Wert, const QString &Bedingung);
 
-    /// Appends a communication entry to an account. `Art` is brought to one of the known kinds if it contains one.
-    /// Nothing is quoted: an apostrophe is DaoError.
+    /// Appends a communication entry to an account. `Art` is brought to one of the known kinds if it contains one (of
+    /// several, the last of telephone, mobile, fax, e-mail). Nothing is quoted: an apostrophe is DaoError.
     void neuerAnsprechpartnerWert(const QString &Nummer, const QString &Ansprech, QString &Art, const QString &Wert);
 
     // Price lists and currencies of the open client. Without one: a box, and an empty result. Indices from 0.

@@ -5,6 +5,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Whether the template's value must not be taken: an empty one for the number and the type, which the new row already
+/// has, or for a counter, which counts by itself.
+bool bleibt(const dao::Field &feld, const QVariant &vorlage)
+{
+    const auto heisst = [&feld](const QString &name) { return feld.Name().compare(name, Qt::CaseInsensitive) == 0; };
+    const bool vergeben
+        = heisst(u"PersKtoNummer"_s) || heisst(u"PersKtoArt"_s) || (feld.Attributes() & dao::dbAutoIncrField) != 0;
+    return vergeben && dao::textOf(vorlage).isEmpty();
+}
+
+} // namespace
+
 QString clPCK::NeueNummer(qint16 Mandant, const QString &Typ, qint32 Start)
 {
     const QString kandidat = Typ + QString::number(Start).rightJustified(6, u'0');
@@ -88,7 +102,9 @@ void clPCK::uebernimmVorlage(dao::Recordset &konto, dao::Recordset &Vorlage)
 void clPCK::uebernimmFeld(int i, dao::Field &feld, dao::Recordset &Vorlage)
 {
     try {
-        feld.setValue(Vorlage.Fields(feld.Name()).Value());
+        const QVariant wert = Vorlage.Fields(feld.Name()).Value();
+        if (!bleibt(feld, wert))
+            feld.setValue(wert);
     } catch (const dao::DaoError &fehler) {
         const QStringList meldung = {
             u"Fehler in Klasse clPCK Methode neueAdresse"_s,

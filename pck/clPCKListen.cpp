@@ -3,6 +3,8 @@
 
 #include <optional>
 
+#include "util/Zeichenketten.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -58,7 +60,7 @@ QString clPCK::Preisliste(qint16 Index)
         listen->MoveFirst();
         for (int i = 0; i < Index; ++i)
             listen->MoveNext();
-        liste = dao::textOf(listen->Fields(u"SchlbezNR"_s).Value()).trimmed() + u" - "_s
+        liste = Trim(dao::textOf(listen->Fields(u"SchlbezNR"_s).Value())) + u" - "_s
             + dao::textOf(listen->Fields(u"SchlbezBez"_s).Value());
     }
     listen->Close();

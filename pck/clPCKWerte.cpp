@@ -5,6 +5,35 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Brings a kind of entry to the known one that it contains, the last in this order if there are several. Its type.
+int normalisiert(QString &art)
+{
+    struct Bekannt {
+        QStringView wort;
+        QStringView art;
+        int typ;
+    };
+    constexpr Bekannt alle[] = {
+        {u"Telefon", u"Telefon", 0},
+        {u"Handy", u"Mobil", 0},
+        {u"Fax", u"Fax", 1},
+        {u"Email", u"Email", 2},
+    };
+    const QString gegeben = art;
+    int typ = 0;
+    for (const Bekannt &eine : alle) {
+        if (gegeben.contains(eine.wort)) {
+            art = eine.art.toString();
+            typ = eine.typ;
+        }
+    }
+    return typ;
+}
+
+} // namespace
+
 void clPCK::setzeWert(const QString &Tabelle, const QString &Feld, const QVariant &Wert, const QString &Bedingung)
 {
     if (!offenOderGemeldet())
@@ -31,20 +60,7 @@ void clPCK::setzeWert(const QString &Tabelle, const QString &Feld, const QVarian
 
 void clPCK::neuerAnsprechpartnerWert(const QString &Nummer, const QString &Ansprech, QString &Art, const QString &Wert)
 {
-    int typ = 0;
-    if (Art.contains(u"Telefon"_s))
-        Art = u"Telefon"_s;
-    if (Art.contains(u"Handy"_s))
-        Art = u"Mobil"_s;
-    if (Art.contains(u"Fax"_s)) {
-        typ = 1;
-        Art = u"Fax"_s;
-    }
-    if (Art.contains(u"Email"_s)) {
-        typ = 2;
-        Art = u"Email"_s;
-    }
-
+    const int typ = normalisiert(Art);
     const auto vorhandene
         = db().OpenRecordset(u"SELECT PersKommLfdNr "_s + u"FROM sPersKom "_s + u"WHERE PersKommNummer='"_s + Nummer
                              + u"' "_s + u"ORDER BY PersKommLfdNr DESC"_s);

@@ -47,7 +47,8 @@ QString dateText(const QDateTime &moment)
 QString textOf(const QVariant &value)
 {
     switch (value.typeId()) {
-    case QMetaType::UnknownType:
+    case QMetaType::UnknownType: // Null
+    case QMetaType::Nullptr: // Empty
         return {};
     case QMetaType::Bool:
         return value.toBool() ? u"Wahr"_s : u"Falsch"_s;

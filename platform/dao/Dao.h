@@ -36,6 +36,9 @@ enum DataType : int {
     dbNumeric = 19
 };
 
+/// What Field::Attributes may hold, DAO's numbers.
+enum FieldAttribute : int { dbAutoIncrField = 16 };
+
 /// One column of a recordset at its current record. Belongs to the recordset, which must outlive it.
 class Field
 {
@@ -44,6 +47,7 @@ public:
 
     virtual QString Name() const = 0;
     virtual int Type() const = 0; ///< a DataType
+    virtual int Attributes() const = 0; ///< a sum of FieldAttributes: dbAutoIncrField of a counter, else 0
     /// The current record's value. Null is an invalid QVariant; otherwise by type: bool, uchar, short, int,
     /// storage::Currency, float, double, QDateTime (local, no zone), QByteArray, QString (text, memo and GUID),
     /// storage::Decimal. 3021 without a current record.
@@ -95,6 +99,7 @@ public:
     virtual ~Workspace() = default;
 
     virtual QString Name() const = 0;
+    virtual QString UserName() const = 0; ///< whose account it is
     /// Opens a database. `connect` is "" or ";DATABASE=path;PWD=password" for a Jet file and "FoxPro 2.6;" for a
     /// folder of dBASE tables. 3024 no such file, 3031 wrong password, 3343 not a database.
     virtual std::shared_ptr<Database> OpenDatabase(const QString &name, int options, bool readOnly,
@@ -109,11 +114,11 @@ class DBEngine
 public:
     virtual ~DBEngine() = default;
 
-    QString SystemDB; ///< path of the workgroup information file
-    QString DefaultUser;
-    QString DefaultPassword;
+    QString SystemDB; ///< path of the workgroup information file, for engines that have accounts
+    QString DefaultUser; ///< account of the default session, and of one that is made without a name
+    QString DefaultPassword; ///< that account's password
 
-    /// A new session; it counts once it was appended to Workspaces.
+    /// A new session; it counts once it was appended to Workspaces. Without a user it is the default account's.
     virtual std::shared_ptr<Workspace> CreateWorkspace(const QString &name, const QString &user,
                                                        const QString &password)
         = 0;
@@ -129,7 +134,8 @@ public:
 };
 
 /// The text form of a value, as it is when an office program turns a Variant into a string (numbers and dates by the
-/// user's locale, yes/no as "Wahr"/"Falsch"); Null gives "". Throws RunTimeError 13 for what is no value: an object.
+/// user's locale, yes/no as "Wahr"/"Falsch"); Null and Empty give "". Throws RunTimeError 13 for what is no value: an
+/// object.
 QString textOf(const QVariant &value);
 
 } // namespace dao

@@ -57,6 +57,7 @@ public:
     { }
 
     QString Name() const override { return m_dahinter->Name(); }
+    QString UserName() const override { return m_dahinter->UserName(); }
     std::shared_ptr<dao::Database> OpenDatabase(const QString &name, int options, bool readOnly,
                                                 const QString &connect) override
     {

@@ -33,7 +33,7 @@ TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
             if (nummer == 58 && std::string_view(row.name) == "test by index")
                 continue; // there it is the answer "no"
             SCOPED_TRACE(testing::Message() << row.name << ' ' << nummer);
-            m_programm.sofortBeendet = false;
+            m_programm.regulaerBeendet = false;
             m_engine.vorOeffnen = [=, gut = row.malGut](const QString &) mutable {
                 if (gut-- <= 0)
                     throw dao::DaoError(nummer, u"gestört"_s);
@@ -41,7 +41,7 @@ TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
             EXPECT_THROW(row.aufruf(m_pck), ProgrammBeendet);
             EXPECT_EQ(m_tisch.boxes.at(0).icon, desktop::Icon::Exclamation);
             EXPECT_THAT(neueBoxen(), ElementsAre(u"Fehler !\r\n%1:gestört"_s.arg(nummer)));
-            EXPECT_TRUE(m_programm.sofortBeendet);
+            EXPECT_TRUE(m_programm.regulaerBeendet);
             EXPECT_THAT(m_abfrage.gefragt, IsEmpty());
             m_pck.close_Mandant();
         }
@@ -89,7 +89,7 @@ TEST_F(Fehler, AtReadingAndWritingAreShownOrReachTheCaller)
             };
             EXPECT_EQ(fehlernummer(row.aufruf), row.box.isEmpty() ? nummer : 0);
             EXPECT_EQ(neueBoxen(), row.box.isEmpty() ? QStringList() : QStringList(row.box.arg(nummer)));
-            EXPECT_FALSE(m_programm.sofortBeendet);
+            EXPECT_FALSE(m_programm.regulaerBeendet);
             EXPECT_THAT(m_abfrage.gefragt, IsEmpty());
             fuehreAus({u"DELETE FROM sPersKto"_s});
         }

@@ -72,6 +72,26 @@ TEST_F(Konten, AreMadeFromTheMappingsTemplate)
                 ElementsAre(hinweis.arg(u"PersKtoNummer"_s, m_mandant), hinweis.arg(u"PersKtoArt"_s, m_mandant)));
 }
 
+TEST_F(Konten, KeepNumberTypeAndCounterWhereTheTemplatesAreEmpty)
+{
+    oeffneNeuen({u"DROP TABLE sPersKto"_s,
+                 u"CREATE TABLE sPersKto (PersKtoNummer TEXT(10) PRIMARY KEY, PersKtoArt SHORT, Zaehler COUNTER, "
+                 "Gruppe TEXT(3) DEFAULT \"alt\", PersKtoAenderDatum DATETIME)"_s});
+    for (const auto &[werte, konto, boxen] : {std::tuple(u"NULL, NULL, NULL"_s, u"D000001|68|1|-"_s, 0),
+                                              {u"'', NULL, NULL"_s, u"D000001|68|2|-"_s, 0},
+                                              {u"'D000009', 75, NULL"_s, u"D000009|75|3|-"_s, 0},
+                                              {u"NULL, NULL, 99"_s, u"D000001|68|4|-"_s, 1}}) {
+        SCOPED_TRACE(qPrintable(werte));
+        const auto zeile = vorlage(u"PersKtoNummer TEXT(10), PersKtoArt SHORT, Zaehler LONG, Gruppe TEXT(3), "
+                                   "PersKtoAenderDatum DATETIME"_s,
+                                   werte + u", NULL, NULL"_s);
+        EXPECT_TRUE(m_pck.neueAdresse(u"D000001"_s, *zeile));
+        EXPECT_THAT(zeilen(u"SELECT PersKtoNummer, PersKtoArt, Zaehler, Gruppe FROM sPersKto"_s), ElementsAre(konto));
+        EXPECT_EQ(neueBoxen().size(), boxen) << "no program sets a counter";
+        fuehreAus({u"DELETE FROM sPersKto"_s});
+    }
+}
+
 TEST_F(Konten, TakeWhatTheTemplateCanGiveColumnByColumn)
 {
     const QString fehler = u"Fehler in Klasse clPCK Methode neueAdresse\r\nFehlernummer: %1\r\nFehlerbeschreibung: "_s;

@@ -53,14 +53,14 @@ TEST_F(Mandanten, PasswordTestDiffersByNameAndByIndex)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         std::optional<bool> ergebnis;
-        m_programm.sofortBeendet = false;
+        m_programm.regulaerBeendet = false;
         try {
             ergebnis = m_pck.test_Passwort(row.mandant, row.kennwort);
         } catch (const ProgrammBeendet &) {
             EXPECT_TRUE(m_tisch.boxTexts().join(u'|').startsWith(u"Fehler !\r\n%1:"_s.arg(row.fehler)));
         }
         EXPECT_EQ(ergebnis, row.ergebnis);
-        EXPECT_EQ(m_programm.sofortBeendet, !row.ergebnis.has_value());
+        EXPECT_EQ(m_programm.regulaerBeendet, !row.ergebnis.has_value());
         EXPECT_EQ(offen(), row.offen);
         m_pck.close_Mandant();
         m_tisch.boxes.clear();
@@ -70,8 +70,12 @@ TEST_F(Mandanten, PasswordTestDiffersByNameAndByIndex)
 
 TEST_F(Mandanten, AreOpenedByNameOrIndexAndAskForThePasswordOnce)
 {
-    QVariant mandant = u"Geheim.PCK"_s;
+    QVariant mandant = 0;
+    EXPECT_TRUE(m_pck.open_Mandant(mandant) && m_pck.istOffen());
+    mandant = u"Geheim.PCK"_s;
     EXPECT_FALSE(m_pck.open_Mandant(mandant)) << "the user gives up";
+    EXPECT_FALSE(m_pck.istOffen() || offen()) << "nor is the one that was open";
+    m_tisch.boxes.clear();
     EXPECT_EQ(m_pck.NeueNummer(1, u"D"_s, 0), u"Kein Zugriff !"_s);
     m_abfrage.gefragt.clear();
     m_abfrage.antworten = {u"falsch"_s, u"Sesam"_s};

@@ -21,9 +21,10 @@ struct Drivers {
 class EmbeddedWorkspace : public Workspace
 {
 public:
-    EmbeddedWorkspace(const QString &name, std::shared_ptr<Drivers> drivers,
+    EmbeddedWorkspace(const QString &name, const QString &user, std::shared_ptr<Drivers> drivers,
                       const std::shared_ptr<WorkspaceCollection> &collection)
         : m_name(name)
+        , m_user(user)
         , m_drivers(std::move(drivers))
         , m_collection(collection)
     { }
@@ -32,6 +33,12 @@ public:
     {
         requireOpen();
         return m_name;
+    }
+
+    QString UserName() const override
+    {
+        requireOpen();
+        return m_user;
     }
 
     std::shared_ptr<Database> OpenDatabase(const QString &name, int, bool readOnly, const QString &connect) override
@@ -88,6 +95,7 @@ private:
     }
 
     QString m_name;
+    QString m_user;
     std::shared_ptr<Drivers> m_drivers;
     std::weak_ptr<WorkspaceCollection> m_collection;
     std::vector<std::weak_ptr<EmbeddedDatabase>> m_databases;
@@ -97,14 +105,22 @@ private:
 EmbeddedEngine::EmbeddedEngine(std::unique_ptr<storage::Driver> jet, std::unique_ptr<storage::Driver> dbase)
     : m_drivers(std::make_shared<Drivers>(Drivers{std::move(jet), std::move(dbase)}))
     , m_workspaces(std::make_shared<WorkspaceCollection>())
-    , m_default(std::make_shared<EmbeddedWorkspace>(u"#Default Workspace#"_s, m_drivers, m_workspaces))
 { }
 
 EmbeddedEngine::~EmbeddedEngine() = default;
 
-std::shared_ptr<Workspace> EmbeddedEngine::CreateWorkspace(const QString &name, const QString &, const QString &)
+std::shared_ptr<Workspace> EmbeddedEngine::CreateWorkspace(const QString &name, const QString &user, const QString &)
 {
-    return std::make_shared<EmbeddedWorkspace>(name, m_drivers, m_workspaces);
+    return std::make_shared<EmbeddedWorkspace>(name, user.isEmpty() ? DefaultUser : user, m_drivers, m_workspaces);
+}
+
+// Made when it is first needed: the program sets the default account before it opens anything.
+EmbeddedWorkspace &EmbeddedEngine::defaultWorkspace()
+{
+    if (!m_default) {
+        m_default = std::make_shared<EmbeddedWorkspace>(u"#Default Workspace#"_s, DefaultUser, m_drivers, m_workspaces);
+    }
+    return *m_default;
 }
 
 void EmbeddedEngine::AppendWorkspace(std::shared_ptr<Workspace> workspace)
@@ -120,13 +136,13 @@ void EmbeddedEngine::AppendWorkspace(std::shared_ptr<Workspace> workspace)
 std::shared_ptr<Database> EmbeddedEngine::OpenDatabase(const QString &name, int options, bool readOnly,
                                                        const QString &connect)
 {
-    return m_default->OpenDatabase(name, options, readOnly, connect);
+    return defaultWorkspace().OpenDatabase(name, options, readOnly, connect);
 }
 
 std::shared_ptr<Database> EmbeddedEngine::CreateDatabase(const QString &name, const QString &connect, Version version)
 {
-    return m_default->createDatabase(name, connect,
-                                     version == dbVersion30 ? storage::FileVersion::Jet3 : storage::FileVersion::Jet4);
+    const auto format = version == dbVersion30 ? storage::FileVersion::Jet3 : storage::FileVersion::Jet4;
+    return defaultWorkspace().createDatabase(name, connect, format);
 }
 
 } // namespace dao

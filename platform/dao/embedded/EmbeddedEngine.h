@@ -18,7 +18,7 @@ using WorkspaceCollection = std::vector<std::shared_ptr<Workspace>>;
 ///
 /// Owns    the drivers; databases that are still open when it goes stay usable.
 /// Errors  DaoError as Dao.h says.
-/// Users   accounts and passwords of sessions are taken as given: the file formats are opened by database password.
+/// Users   a session knows its account, but nothing is asked of it: the files are opened by their database password.
 class EmbeddedEngine : public DBEngine
 {
 public:
@@ -34,6 +34,8 @@ public:
     std::shared_ptr<Database> CreateDatabase(const QString &name, const QString &connect, Version version) override;
 
 private:
+    EmbeddedWorkspace &defaultWorkspace();
+
     std::shared_ptr<Drivers> m_drivers;
     std::shared_ptr<WorkspaceCollection> m_workspaces;
     std::shared_ptr<EmbeddedWorkspace> m_default;

@@ -18,6 +18,10 @@ public:
 
     QString Name() const override { return m_owner.rows().columns()[m_column].name; }
     int Type() const override { return m_owner.rows().columns()[m_column].type; }
+    int Attributes() const override
+    {
+        return m_owner.rows().columns()[m_column].stored.autonumber ? dbAutoIncrField : 0;
+    }
     QVariant Value() const override { return m_owner.value(m_column); }
     void setValue(const QVariant &value) override { m_owner.setValue(m_column, value); }
 
