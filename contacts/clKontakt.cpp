@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "util/Zahlen.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -57,14 +58,15 @@ QString mitTrennstellen(const QString &zeichen, const std::vector<int> &stellen)
         const bool trennt = std::find(stellen.begin(), stellen.end(), stelle) != stellen.end();
         ergebnis += trennt ? QChar(u' ') : zeichen[i++];
     }
-    return ergebnis.simplified();
+    return ergebnis.split(u' ', Qt::SkipEmptyParts).join(u' '); // no leading, doubled or trailing blanks
 }
 
 // The number of a value's type as office programs count them.
 int typnummer(const QVariant &wert)
 {
     static const std::map<int, int> nummern = {
-        {QMetaType::UnknownType, 1},
+        {QMetaType::Nullptr, 0}, // Empty
+        {QMetaType::UnknownType, 1}, // Null
         {QMetaType::Short, 2},
         {QMetaType::Int, 3},
         {QMetaType::Float, 4},
@@ -92,7 +94,7 @@ int typnummer(const QVariant &wert)
 
 } // namespace
 
-clKontakt::clKontakt(const Konfiguration &konfiguration, Programmlauf &programm)
+clKontakt::clKontakt(Konfiguration &konfiguration, Programmlauf &programm)
     : m_konfiguration(konfiguration)
     , m_programm(programm)
 { }
@@ -139,14 +141,16 @@ QString clKontakt::Daten(const QVariant &schluessel) const
 
 void clKontakt::lese_OLE_Werte(AutomationObject &fenster)
 {
-    const auto feld = [&fenster](qint16 id) { return fenster.call(u"getfield"_s, {Argument::byReference(id)}); };
+    const auto feld = [&fenster](qint16 &id) { return fenster.call(u"getfield"_s, {Argument::byReference(id)}); };
 
-    UniqueID = dao::textOf(feld(1));
+    qint16 eindeutig = 1;
+    UniqueID = dao::textOf(feld(eindeutig));
     Mandant = dao::textOf(feld(m_konfiguration.IdMandant));
     Nummer = dao::textOf(feld(m_konfiguration.IdNummer));
     Typ = dao::textOf(feld(m_konfiguration.IdTyp));
     for (qint16 i = 1; i <= m_Werte.size(); ++i) {
-        QVariant wert = feld(m_SyncFelder->ActFeldID(i));
+        qint16 id = m_SyncFelder->ActFeldID(i);
+        QVariant wert = feld(id);
         m_Werte[i - 1] = OLE_Lese_Filter(wert, m_SyncFelder->ActFeldname(i));
     }
 }
@@ -175,7 +179,7 @@ QString clKontakt::OLETelefonFilter(const QString &telefon) const
     if (zu < 0)
         return TelefonTrim(vorwahlDeutschland + telefon);
     const qsizetype auf = telefon.indexOf(u'[');
-    const QString vorwahl = telefon.mid(auf + 1, std::max<qsizetype>(0, zu - auf - 1)).trimmed();
+    const QString vorwahl = Trim(telefon.mid(auf + 1, std::max<qsizetype>(0, zu - auf - 1)));
     return TelefonTrim(u'+' + vorwahl + u' ' + telefon.mid(zu + 1));
 }
 
@@ -218,7 +222,7 @@ QString clKontakt::DBF_Telefon_Filter(const QString &telefon) const
 
 QString clKontakt::TelefonTrim(const QString &telefon) const
 {
-    const QString nummer = telefon.trimmed();
+    const QString nummer = Trim(telefon);
     if (nummer.size() <= laengsteNummer)
         return nummer;
 
@@ -233,7 +237,7 @@ QString clKontakt::XString(const QVariant &wert)
 {
     const int typ = typnummer(wert);
     if ((typ >= 1 && typ <= 5) || typ == 8)
-        return dao::textOf(wert).trimmed();
+        return Trim(dao::textOf(wert));
     m_programm.MsgBox({QString::number(typ) + u" Typ bei XString nicht vorgesehen."_s});
     return u"Falscher Wert !"_s;
 }

@@ -19,7 +19,9 @@
 class clKontakt
 {
 public:
-    clKontakt(const Konfiguration &konfiguration, Programmlauf &programm);
+    /// Both must outlive the contact. ACT! gets the field numbers of the configuration by reference and may change
+    /// them.
+    clKontakt(Konfiguration &konfiguration, Programmlauf &programm);
 
     QString UniqueID;
     QString Mandant; ///< PC-Kaufmann client; empty if never transferred
@@ -52,7 +54,8 @@ public:
     /// A phone number in at most 20 characters, if need be without its separators.
     QString TelefonTrim(const QString &telefon) const;
 
-    /// Text of a number or text, trimmed; "" for Null. Any other type is reported in a box and gives "Falscher Wert !".
+    /// Text of a number or text, trimmed; "" for Null. Any other type, Empty included, is reported in a box with its
+    /// number and gives "Falscher Wert !".
     QString XString(const QVariant &wert);
 
 private:
@@ -62,7 +65,7 @@ private:
     qint16 feldnummer(const QVariant &schluessel) const;
     qsizetype stelle(qint16 nummer) const;
 
-    const Konfiguration &m_konfiguration;
+    Konfiguration &m_konfiguration;
     Programmlauf &m_programm;
     const clSyncFelder *m_SyncFelder = nullptr;
     QStringList m_Werte;

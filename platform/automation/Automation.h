@@ -54,9 +54,9 @@ using Arguments = std::vector<Argument>;
 
 /// An object of another program, late bound: members are known by name only.
 ///
-/// Results are simple values, an invalid QVariant (nothing), or another object as std::shared_ptr<AutomationObject>
-/// (see objectOf). Whole numbers keep their width: short is 16 bit, int is 32 bit.
-/// Threads: the one that created it. Every member may throw AutomationError.
+/// Results are simple values, Empty (QVariant::fromValue(nullptr): what a member without a result gives), Null (an
+/// invalid QVariant), or another object as std::shared_ptr<AutomationObject> (see objectOf). Whole numbers keep their
+/// width: short is 16 bit, int is 32 bit. Threads: the one that created it. Every member may throw AutomationError.
 ///
 /// What an implementation owes its callers, whatever the other program does:
 /// - A call ends after a fixed time at the latest, and handles no user event meanwhile. (COM itself waits for ever and

@@ -43,6 +43,7 @@ TEST_F(Kontakt, PhoneNumbersGetOneFormOfTwentyCharacters)
         {"no area",                                dbf,  u"49||@@@@@@110"_s,               "+49 110"},
         {"country code of three digits",           dbf,  u"352|26|@@@@@D12345"_s,          "+352 26 12345"},
         {"place 1 gives no leading blank",         dbf,  u"49|40|@@@@@A555"_s,             "+49 40555"},
+        {"blanks only are dropped",                dbf,  u"49|40|@@@@@D5\t 5\u00A0"_s,      "+49 40 5\t 5\u00A0"},
         {"neighbouring places give one blank",     dbf,  u"49|40|@@@@@L555"_s,             "+49 40 555"},
         {"places beyond the number",               dbf,  u"49|40|O@@@@D555"_s,             "+49 40 555"},
         {"no digits",                              dbf,  u"49|40|@@@@@D"_s,                "+49 40"},
@@ -128,7 +129,8 @@ TEST_F(Kontakt, ValuesBecomeText)
         {"32 bit",      123456,                                         u"123456"_s, -1},
         {"single",      QVariant::fromValue(0.5F),                      u"0,5"_s,   -1},
         {"double",      1234.25,                                        u"1234,25"_s, -1},
-        {"text",        u"\t Jörg  "_s,                                 u"Jörg"_s,  -1},
+        {"text",        u"  Jörg  "_s,                                  u"Jörg"_s,  -1},
+        {"memo",        u" \r\n\u00A0a\tb\r\n "_s,                      u"\r\n\u00A0a\tb\r\n"_s, -1},
         {"Empty",       QVariant::fromValue(nullptr),                   falsch,     0},
         {"amount",      QVariant::fromValue(storage::Currency{12500}),  falsch,     6},
         {"date",        QDateTime(QDate(2026, 11, 21), QTime(9, 0)),    falsch,     7},
@@ -190,6 +192,14 @@ TEST_F(Kontakt, ReadsTheContactOnActsScreen)
               u"getfield(1) getfield(61) getfield(60) getfield(62) getfield(2) getfield(26) getfield(3) getfield(25) "
               "getfield(6) getfield(7) getfield(8) getfield(11) getfield(13) getfield(14) getfield(15) getfield(17)"_s);
 
+    m_act.handsBack = [](qint16 &id) { id = static_cast<qint16>(id + 100); };
+    m_kontakt.lese_OLE_Werte(*m_act.contactWindow());
+    EXPECT_THAT((std::array{m_konfiguration.IdMandant, m_konfiguration.IdNummer, m_konfiguration.IdTyp}),
+                testing::ElementsAre(161, 160, 162))
+        << "a variable is ACT!'s to change";
+    m_act.handsBack = nullptr;
+
+    m_konfiguration = beispiel::konfiguration(u"PCK/"_s);
     m_act.contacts[0][60] = QVariant::fromValue(m_act.contactWindow());
     EXPECT_THROW(m_kontakt.lese_OLE_Werte(*m_act.contactWindow()), RunTimeError) << "no object is an account number";
 }

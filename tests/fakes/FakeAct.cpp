@@ -87,6 +87,11 @@ QVariant viewCall(FakeAct &act, const QString &member, const Arguments &in)
     }
     FakeAct::Contact &contact = act.contacts.at(act.current);
     const int field = in.at(0).value().toInt();
+    if (act.handsBack && in.at(0).isByReference()) {
+        qint16 id = in.at(0).value().value<qint16>();
+        act.handsBack(id);
+        in.at(0).store(id);
+    }
     if (member == u"getfield")
         return contact.count(field) != 0 ? contact[field] : QVariant(QString());
     if (member != u"SetField")

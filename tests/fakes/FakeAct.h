@@ -26,6 +26,8 @@ public:
     bool createYieldsNothing = false; ///< Views.Create gives no contact window
     /// Raised instead of a call for which it gives a number other than 0 (and so for a dead or busy program).
     std::function<int(const QString &call)> failure;
+    /// Changes the field number that getfield and SetField were handed by reference.
+    std::function<void(qint16 &id)> handsBack;
     std::function<void(const QString &call)> afterwards; ///< called with each call that was carried out; may throw
 
     AutomationObjectPtr CreateObject(const QString &progId) override;

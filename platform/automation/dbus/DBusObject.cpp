@@ -103,9 +103,13 @@ QVariant DBusObject::call(const QString &method, const Arguments &arguments)
     }
 
     const QVariantList answer = send(method, described->interface, method, values);
+    const auto resultAt = [&](std::size_t position) {
+        const auto i = static_cast<qsizetype>(position);
+        return i < answer.size() ? received(method, answer[i]) : QVariant::fromValue(nullptr);
+    };
     if (!described->givesBack(positions))
-        return received(method, answer.value(0));
-    const QVariant result = received(method, answer.value(static_cast<qsizetype>(references.size())));
+        return resultAt(0);
+    const QVariant result = resultAt(references.size());
     store(method, references, answer);
     return result;
 }
