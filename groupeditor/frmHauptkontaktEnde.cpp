@@ -1,6 +1,8 @@
 // The main window's ways on: transfer, write-back to ACT!, information, and the end.
 #include "groupeditor/frmHauptkontakt.h"
 
+#include <utility>
+
 #include "transfer/frmUebertragung.h"
 #include "ui_frmHauptkontakt.h"
 #include "util/Zahlen.h"
@@ -17,9 +19,15 @@ void frmHauptkontakt::ListviewNachKontakt()
     }
 }
 
+// Where the dialog about several main contacts has brought this window back, there may be a transfer dialog already: it
+// keeps its group while it is at work, and makes way for the new group otherwise.
 void frmHauptkontakt::cmdTransfer_Click()
 {
-    ListviewNachKontakt();
+    const bool beschaeftigt = m_frmUebertragung && m_frmUebertragung->istBeschaeftigt();
+    if (m_frmUebertragung && !beschaeftigt)
+        m_haupt.entlade(*std::exchange(m_frmUebertragung, nullptr));
+    if (!beschaeftigt)
+        ListviewNachKontakt();
     m_Timer1.stop();
     hide();
     m_haupt.DoEvents();
@@ -51,12 +59,13 @@ void frmHauptkontakt::schreibeNachAct(const clKontakt &kontakt)
     if (kontakt.Mandant.isEmpty() || kontakt.Nummer.isEmpty())
         return;
     AutomationObject &fenster = *m_haupt.ActKontaktfenster;
-    const auto setze = [&fenster](qint16 feld, const QString &wert) {
+    const auto setze = [&fenster](qint16 &feld, const QString &wert) {
         fenster.call(u"SetField"_s, {Argument::byReference(feld), wert});
     };
+    qint16 firma = m_haupt.SyncFelder.ActFeldID(u"Firma"_s);
     fenster.call(u"LookupALL"_s);
     fenster.call(u"createLookup"_s, {kontakt.UniqueID});
-    setze(m_haupt.SyncFelder.ActFeldID(u"Firma"_s), kontakt.Daten(u"Firma"_s));
+    setze(firma, kontakt.Daten(u"Firma"_s));
     setze(m_haupt.konfiguration.IdNummer, kontakt.Nummer);
     setze(m_haupt.konfiguration.IdMandant, kontakt.Mandant);
     setze(m_haupt.konfiguration.IdTyp, kontakt.Typ);

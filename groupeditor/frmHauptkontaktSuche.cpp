@@ -3,6 +3,7 @@
 
 #include "ui_frmHauptkontakt.h"
 #include "util/Zahlen.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +23,7 @@ void frmHauptkontakt::cmdSuchen_Click()
 void frmHauptkontakt::sucheKontakte(const QString &suchbegriff, const QString & /*mandant*/, const QString & /*nummer*/)
 {
     frmStatus &status = m_haupt.Status();
-    QString begriff = suchbegriff.trimmed();
+    QString begriff = Trim(suchbegriff);
     if (begriff.isEmpty()) {
         m_haupt.MsgBox({u"Bitte geben Sie einen Suchbegriff ein !"_s});
         status.hide();

@@ -23,6 +23,7 @@ public:
     void init(const QString &Pfad, const QString &Passwort);
     /// Closes the database. RunTimeError 91 if it is not open.
     void Kill();
+    bool istOffen() const { return m_db != nullptr; }
 
     qint16 FelderAnzahl() const { return m_FelderAnzahl; }
 

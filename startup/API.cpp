@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "util/Zeichenketten.h"
+
 API::API(const QString &klasse, const QString &titel)
     : m_klasse(klasse)
     , m_titel(titel)
@@ -14,6 +16,6 @@ bool API::FensterVorhanden(const desktop::TopLevelWindows &fenster, const QStrin
     if (!alle)
         return fenster.programSeen(progId, m_klasse).value_or(true); // the connection will tell, and ask
     return std::any_of(alle->begin(), alle->end(), [this](const desktop::Window &eines) {
-        return eines.className.contains(m_klasse) && eines.title.trimmed().contains(m_titel);
+        return eines.className.contains(m_klasse) && Trim(eines.title).contains(m_titel);
     });
 }

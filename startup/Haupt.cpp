@@ -18,16 +18,11 @@ void Haupt::regulaeresEnde()
 {
     pruefeBeendet();
     m_beendet = true; // from here on nothing else may start
-    try {
-        stelleActWiederHer();
-    } catch (const RunTimeError &fehler) { // an ACT! that is gone must not keep the program alive
-        if (!m_fehler)
-            m_fehler = fehler;
-    }
+    versuche([this] { stelleActWiederHer(); }); // an ACT! that is gone must not keep the program alive
     ActKontaktfenster.reset();
     ActViews.reset();
     ActApp.reset();
-    ActDB.schliessen();
+    schliesseDatenbanken();
     entlade();
     if (m_fehler) {
         m_umgebung.boxen.show({u"Fehler: "_s + QString::number(m_fehler->Number()) + u":"_s + m_fehler->Description(),
@@ -40,6 +35,28 @@ void Haupt::sofortigesEnde()
 {
     m_beendet = true;
     m_umgebung.schleife.quit();
+}
+
+// On the way out everything has its turn; of what fails, the first is shown.
+void Haupt::versuche(const std::function<void()> &code)
+{
+    try {
+        code();
+    } catch (const RunTimeError &fehler) {
+        if (!m_fehler)
+            m_fehler = fehler;
+    }
+}
+
+void Haupt::schliesseDatenbanken()
+{
+    versuche([this] { ActDB.schliessen(); });
+    versuche([this] {
+        if (SyncFelder.istOffen())
+            SyncFelder.Kill();
+    });
+    if (schliesseMandant)
+        versuche(schliesseMandant);
 }
 
 void Haupt::stelleActWiederHer()
@@ -63,6 +80,11 @@ void Haupt::entlade()
         m_frmStatus->Timer1_Interval(0);
         m_frmStatus->hide();
     }
+}
+
+void Haupt::entlade(const QWidget &form)
+{
+    std::erase_if(m_formulare, [&form](const auto &geladen) { return geladen.get() == &form; });
 }
 
 void Haupt::ausgefuehrt(const std::function<void()> &code)
@@ -134,7 +156,7 @@ void Haupt::PCKDatenLoeschen(const clKontakt &kontakt)
     zeigeStatus(u"PCK-Daten werden in ACT! gelöscht ..."_s);
     ActKontaktfenster->call(u"LookupALL"_s);
     ActKontaktfenster->call(u"createLookup"_s, {kontakt.UniqueID});
-    for (qint16 feld : {konfiguration.IdNummer, konfiguration.IdMandant, konfiguration.IdTyp})
-        ActKontaktfenster->call(u"SetField"_s, {Argument::byReference(feld), u""_s});
+    for (qint16 *feld : {&konfiguration.IdNummer, &konfiguration.IdMandant, &konfiguration.IdTyp})
+        ActKontaktfenster->call(u"SetField"_s, {Argument::byReference(*feld), u""_s});
     Status().hide();
 }

@@ -50,6 +50,9 @@ public:
     int AnzahlMitglieder() const { return static_cast<int>(Mitglieder.size()); }
     int HauptIndex = 0; ///< number (from 1) of the member with the role "H"; 0 before there was one
 
+    /// Closes the client that is open, at the program's end; set by whoever opens clients.
+    std::function<void()> schliesseMandant;
+
     /// Start-up, until the main window is shown. Ends the program (ProgrammBeendet) where it cannot go on.
     /// `hauptfenster` makes the main window once ACT!'s current contact has been read.
     void Main(const std::function<std::unique_ptr<QWidget>(Haupt &)> &hauptfenster);
@@ -67,13 +70,16 @@ public:
     const Umgebung &umgebung() const { return m_umgebung; }
     frmStatus &Status(); ///< created on first use
     frmInfoStart &InfoStart(); ///< created on first use
-    /// Takes a form over: it is hidden at the program's end and destroyed with this object.
+    /// Takes a form over: it is hidden at the program's end and destroyed with this object, or before by entlade().
     template <typename Form> Form &lade(std::unique_ptr<Form> form)
     {
         Form &geladen = *form;
         m_formulare.push_back(std::move(form));
         return geladen;
     }
+
+    /// Destroys a form that was taken over. None of its code may be running.
+    void entlade(const QWidget &form);
 
     /// Shows a status text and lets it be painted.
     void zeigeStatus(const QString &text);
@@ -95,16 +101,19 @@ private:
     void merkeUndMinimiereAct();
     void leseKonfiguration();
     void ladeIni();
+    QString iniDateiname() const;
     QString iniWert(const QString &name) const;
     void leseKennung(const QString &name, qint16 &id, QString &spalte);
     [[noreturn]] void meldeFalschenParameter();
-    void oeffneMapping();
+    void frageMapping();
     void leseAktuellenKontakt();
 
     void warteSekunden(int n);
     void wiederhole(const QString &frage, const std::function<void()> &versuch);
     [[noreturn]] void meldeUndBeende(const desktop::Box &box);
+    void versuche(const std::function<void()> &code);
     void stelleActWiederHer();
+    void schliesseDatenbanken();
     void entlade();
     void pruefeBeendet() const;
 

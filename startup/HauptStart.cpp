@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "startup/API.h"
+#include "startup/Hersteller.h"
 #include "util/Zahlen.h"
 #include "util/Zeichenketten.h"
 #include "util/coding.h"
@@ -17,6 +18,19 @@ namespace {
 const QString actProgId = u"ACTOLE.APPOBJECT"_s;
 const QString mappingDatei = u"/veldrak.piz"_s;
 const QString konfigurationFehlt = u"Bitte führen Sie zuerst die VELDRAK-Konfiguration aus."_s;
+
+/// The same error, told with the file, and the place in it, that it comes from.
+RunTimeError mitHerkunft(const RunTimeError &fehler, const QString &woher)
+{
+    const bool gesagt = fehler.Description().contains(woher);
+    return {fehler.Number(), gesagt ? fehler.Description() : u"%1: %2"_s.arg(woher, fehler.Description())};
+}
+
+bool istRelativ(const QString &pfad)
+{
+    const bool hatLaufwerk = pfad.size() > 1 && pfad[1] == u':';
+    return !hatLaufwerk && !pfad.startsWith(u'/') && !pfad.startsWith(u'\\');
+}
 
 } // namespace
 
@@ -33,8 +47,7 @@ void Haupt::Main(const std::function<std::unique_ptr<QWidget>(Haupt &)> &hauptfe
         frischeActAuf();
         merkeUndMinimiereAct();
         leseKonfiguration();
-        oeffneMapping();
-        leseAktuellenKontakt();
+        frageMapping();
     } catch (const RunTimeError &fehler) { // no form is there yet that could be ended regularly
         meldeUndBeende({u"Fehler: "_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
                         desktop::Icon::Critical});
@@ -43,6 +56,7 @@ void Haupt::Main(const std::function<std::unique_ptr<QWidget>(Haupt &)> &hauptfe
         QWidget &fenster = lade(hauptfenster(*this));
         fenster.show();
         fenster.activateWindow();
+        Status().hide();
     });
 }
 
@@ -66,8 +80,8 @@ void Haupt::pruefeMappingDatei()
     if (m_umgebung.dateien.exists(m_umgebung.programmordner + mappingDatei))
         return;
     meldeUndBeende({u"Es fehlt die Datei VELDRAK.PIZ. Bitte Installieren Sie VELDRAK neu,"_s + u"\r\n"_s
-                        + u"und kopieren Sie danach die vom VELDRAK-Projekt"_s + u"\r\n"_s
-                        + u"erhaltene VELDRAK.PIZ-Datei in das Installationsverzeichnis von VELDRAK."_s,
+                        + u"und kopieren Sie danach die vom VELDRAK-Projekt (%1)"_s.arg(Hersteller::internet())
+                        + u"\r\n"_s + u"erhaltene VELDRAK.PIZ-Datei in das Installationsverzeichnis von VELDRAK."_s,
                     desktop::Icon::Information});
 }
 
@@ -89,9 +103,7 @@ void Haupt::erzeugeKontaktfenster()
         ActKontaktfenster.reset();
         try {
             ActKontaktfenster = objectOf(ActViews->call(u"Create"_s, {QVariant::fromValue<qint16>(1), u"abc"_s}));
-        } catch (const AutomationError &fehler) { // ACT! shows a notice window: the refresh will tell
-            if (fehler.Number() != RunTimeError::ObjectNotSet)
-                throw;
+        } catch (const AutomationError &) { // whatever it was: there is no window, and the refresh will tell
         }
     });
 }
@@ -153,6 +165,8 @@ void Haupt::leseKonfiguration()
     konfiguration.PckPfad = iniWert(u"PCKpfad"_s);
     if (konfiguration.PckPfad.isEmpty())
         meldeFalschenParameter();
+    if (istRelativ(konfiguration.PckPfad)) // wherever the program was started
+        konfiguration.PckPfad.prepend(m_umgebung.programmordner + u'/');
 
     zeigeStatus(u"Trovanix 'Pirolfinder' initialisieren ..."_s);
     ladeIni();
@@ -164,9 +178,14 @@ void Haupt::leseKonfiguration()
 
 void Haupt::ladeIni()
 {
-    if (m_ini.IniLaden(m_umgebung.programmordner + u"/VELDRAK.ini"_s))
+    if (m_ini.IniLaden(iniDateiname()))
         return;
     meldeUndBeende({u"Es fehlt die VELDRAK.ini Datei."_s + u"\r\n"_s + konfigurationFehlt, desktop::Icon::Information});
+}
+
+QString Haupt::iniDateiname() const
+{
+    return m_umgebung.programmordner + u"/VELDRAK.ini"_s;
 }
 
 QString Haupt::iniWert(const QString &name) const
@@ -179,7 +198,11 @@ QString Haupt::iniWert(const QString &name) const
 void Haupt::leseKennung(const QString &name, qint16 &id, QString &spalte)
 {
     const QString wert = iniWert(name);
-    id = CInt(Val(Token(wert, 1)));
+    try {
+        id = CInt(Val(Token(wert, 1)));
+    } catch (const RunTimeError &fehler) {
+        throw mitHerkunft(fehler, u"%1, %2=%3"_s.arg(iniDateiname(), name, wert));
+    }
     spalte = Token(wert, 2);
     if (id == 0)
         meldeFalschenParameter();
@@ -191,9 +214,15 @@ void Haupt::meldeFalschenParameter()
                     desktop::Icon::Information});
 }
 
-void Haupt::oeffneMapping()
+void Haupt::frageMapping()
 {
-    SyncFelder.init(m_umgebung.programmordner + mappingDatei, coding::mappingZugriff());
+    const QString datei = m_umgebung.programmordner + mappingDatei;
+    try {
+        SyncFelder.init(datei, coding::mappingZugriff());
+        leseAktuellenKontakt();
+    } catch (const dao::DaoError &fehler) { // there is no other database yet
+        throw mitHerkunft(fehler, datei);
+    }
 }
 
 void Haupt::leseAktuellenKontakt()

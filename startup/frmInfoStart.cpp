@@ -4,7 +4,9 @@
 #include <QIcon>
 #include <QStringList>
 
+#include "startup/Hersteller.h"
 #include "ui_frmInfoStart.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,13 +14,8 @@ frmInfoStart::frmInfoStart(const QString &programmordner)
     : m_ui(std::make_unique<Ui::frmInfoStart>())
 {
     m_ui->setupUi(this);
-    m_ui->lbVersion->setText(QStringLiteral(VELDRAK_VERSION).trimmed());
-    const QStringList hersteller = {
-        u"VELDRAK-Projekt"_s,
-        u"ein freies Projekt für Büros mit ACT! und PC-Kaufmann"_s,
-        u"E-Mail: nur über die Projektseite"_s,
-        u"Internet: die Projektseite, von der Sie das Programm haben"_s,
-    };
+    m_ui->lbVersion->setText(Trim(QStringLiteral(VELDRAK_VERSION)));
+    const QStringList hersteller = Hersteller::zeilen();
     m_ui->Text1->setPlainText(hersteller.join(u"\r\n"_s));
     m_ui->Text1->setFixedHeight(m_ui->Text1->fontMetrics().lineSpacing() * static_cast<int>(hersteller.size() + 2));
     m_ui->Image1->setPixmap(QIcon(programmordner + u"/bilder/icons/veldrak.ico"_s).pixmap(48, 48));

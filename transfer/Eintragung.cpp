@@ -2,6 +2,7 @@
 #include "transfer/Eintragung.h"
 
 #include "util/Zahlen.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +53,7 @@ bool Eintragung::legeKontoAn()
     neuerAnsprechpartner(kontakt);
     const bool hatDatevNr = m_angaben.typ == u"K" || m_angaben.typ == u"D";
     if (hatDatevNr && m_haupt.konfiguration.DatevNr) {
-        m_objPCK.setzeWert(u"sPersKto"_s, u"PersKtoDATEVNr"_s, kontakt.Nummer.trimmed().right(5),
+        m_objPCK.setzeWert(u"sPersKto"_s, u"PersKtoDATEVNr"_s, Trim(kontakt.Nummer).right(5),
                            u"PersktoNummer='"_s + kontakt.Nummer + u"'"_s);
     }
     return true;
@@ -60,17 +61,17 @@ bool Eintragung::legeKontoAn()
 
 void Eintragung::uebertrageMitglieder()
 {
-    for (const KontaktPtr &mitglied : m_haupt.Mitglieder) {
-        clKontakt &kontakt = *mitglied;
+    for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
+        clKontakt &kontakt = *m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)];
         if (!nochNichtUebertragen(kontakt))
             continue;
-        if (&kontakt == &m_hauptkontakt) {
+        kontakt.Mandant = m_hauptkontakt.Mandant;
+        kontakt.Nummer = m_hauptkontakt.Nummer;
+        if (i == m_haupt.HauptIndex) {
             m_haupt.MsgBox({u"Neuer Hauptkontakt !!!"_s});
             m_haupt.zeigeStatus(u"Hauptkontakt wird in PCK überschrieben ..."_s);
             neueAdressdaten(kontakt);
         } else {
-            kontakt.Mandant = m_hauptkontakt.Mandant;
-            kontakt.Nummer = m_hauptkontakt.Nummer;
             m_haupt.zeigeStatus(u"Ansprechpartner wird in PCK angelegt ..."_s);
             neuerAnsprechpartner(kontakt);
         }
@@ -100,7 +101,8 @@ void Eintragung::schreibeNachAct(const clKontakt &kontakt)
     setzeFeld(m_haupt.konfiguration.IdTyp, kontakt.Typ);
     for (qint16 j = 1; j <= m_haupt.SyncFelder.FelderAnzahl(); ++j) {
         QString wert = kontakt.Daten(j);
-        setzeFeld(m_haupt.SyncFelder.ActFeldID(j), OLE_Schreib_Filter(wert, m_haupt.SyncFelder.SyncFeldname(j)));
+        qint16 id = m_haupt.SyncFelder.ActFeldID(j);
+        setzeFeld(id, OLE_Schreib_Filter(wert, m_haupt.SyncFelder.SyncFeldname(j)));
     }
 }
 
@@ -110,7 +112,7 @@ void Eintragung::neueAdresse(const clKontakt &kontakt)
     const bool angelegt = m_objPCK.neueAdresse(kontakt.Nummer, *vorlage);
     vorlage->Close();
     if (!angelegt)
-        m_haupt.SofortEnde(); // the user has been told why
+        m_haupt.ProgrammEnde(); // the user has been told why
     neueAdressdaten(kontakt);
     waehleInAct(kontakt); // the composed values are read from ACT!'s current contact
     setzeZusammengesetzte(kontakt);
@@ -172,7 +174,7 @@ QString Eintragung::OLE_Schreib_Filter(QString &wert, const QString &feldname)
         = feldname.contains(u"Telefon"_s) || feldname.contains(u"Handy"_s) || feldname.contains(u"Fax"_s);
     const qsizetype blank = wert.indexOf(u' ');
     if (istNummer && wert.contains(u'+') && blank > 0) // without a blank there is no telling where the code ends
-        wert = u"["_s + wert.mid(1, blank - 1) + u"]"_s + wert.mid(blank + 1).trimmed();
+        wert = u"["_s + wert.mid(1, blank - 1) + u"]"_s + Trim(wert.mid(blank + 1));
     return wert;
 }
 
@@ -187,7 +189,7 @@ void Eintragung::waehleInAct(const clKontakt &kontakt)
     m_haupt.ActKontaktfenster->call(u"createLookup"_s, {kontakt.UniqueID});
 }
 
-void Eintragung::setzeFeld(qint16 id, const QString &wert)
+void Eintragung::setzeFeld(qint16 &id, const QString &wert)
 {
     m_haupt.ActKontaktfenster->call(u"SetField"_s, {Argument::byReference(id), wert});
 }

@@ -27,7 +27,8 @@ public:
         std::optional<double> waehrung{};
     };
 
-    /// `hauptkontakt` is one of the group's members.
+    /// `hauptkontakt` is the group's main contact as it was when the dialog was loaded; ordinarily the member at
+    /// HauptIndex.
     Eintragung(Haupt &haupt, clPCK &objPCK, clKontakt &hauptkontakt, const Angaben &angaben);
 
     /// Transfers the group and writes it back. False, after a box, if the number was taken meanwhile; then nothing was
@@ -52,7 +53,7 @@ private:
     void neuerAnsprechpartner(const clKontakt &kontakt);
 
     void waehleInAct(const clKontakt &kontakt);
-    void setzeFeld(qint16 id, const QString &wert);
+    void setzeFeld(qint16 &id, const QString &wert);
 
     Haupt &m_haupt;
     clPCK &m_objPCK;

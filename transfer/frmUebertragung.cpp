@@ -84,6 +84,7 @@ void frmÜbertragung::behandle(Behandlung behandlung, bool aufschiebbar)
     while (!m_ausstehend.empty()) {
         const Behandlung naechste = m_ausstehend.front();
         m_ausstehend.pop_front();
+        m_aufgegeben = false;
         (this->*naechste)();
     }
 }
@@ -113,8 +114,12 @@ void frmÜbertragung::fuelleMandanten()
 {
     m_haupt.zeigeStatus(u"Liste für Mandanten füllen..."_s);
     const Umgebung &umgebung = m_haupt.umgebung();
-    objPCK = std::make_unique<clPCK>(clPCK::Dienste{m_haupt, umgebung.dbEngine, umgebung.dateien,
+    objPCK = std::make_shared<clPCK>(clPCK::Dienste{m_haupt, umgebung.dbEngine, umgebung.dateien,
                                                     umgebung.zwischenablage, umgebung.uhr, *m_frmMandantenpasswort});
+    m_haupt.schliesseMandant = [pck = std::weak_ptr(objPCK)] {
+        if (const auto offen = pck.lock())
+            offen->close_Mandant();
+    };
     objPCK->init(m_haupt.konfiguration.PckPfad);
     if (objPCK->PckAnzahl() == 0) {
         m_haupt.MsgBox({u"In dem Ordner "_s + m_haupt.konfiguration.PckPfad + u"\r\n"_s
@@ -132,9 +137,9 @@ void frmÜbertragung::fuelleNamen()
 {
     m_haupt.zeigeStatus(u"Liste für Kontakte füllen..."_s);
     fuegeZeileAn(*m_ui->lbxNamen, objHauptkontakt->Daten(u"Name"_s));
-    for (const KontaktPtr &mitglied : m_haupt.Mitglieder) {
-        if (mitglied != objHauptkontakt)
-            fuegeZeileAn(*m_ui->lbxNamen, mitglied->Daten(u"Name"_s));
+    for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
+        if (i != m_haupt.HauptIndex)
+            fuegeZeileAn(*m_ui->lbxNamen, m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)]->Daten(u"Name"_s));
     }
     m_ui->lbxNamen->setCurrentRow(0);
 }
@@ -163,7 +168,7 @@ void frmÜbertragung::waehle(QComboBox &liste, int position, Behandlung behandlu
     (this->*behandlung)();
 }
 
-// Clients that are protected are thereby asked for again, and currencies read twice: each list does it for itself.
+// Clients are thereby opened again and again, and currencies read twice: each list does it for itself.
 void frmÜbertragung::cbxMandant_Click()
 {
     if (!m_ui->cbxPreisliste->isHidden()) {
@@ -239,13 +244,20 @@ void frmÜbertragung::lese_Waehrungsliste()
 
 bool frmÜbertragung::oeffneMandant()
 {
+    if (m_aufgegeben)
+        return false;
     QVariant mandant = m_ui->cbxMandant->currentText();
-    return objPCK->open_Mandant(mandant);
+    m_aufgegeben = !objPCK->open_Mandant(mandant);
+    return !m_aufgegeben;
 }
 
 void frmÜbertragung::zeigeNeueNummer(qint32 ab)
 {
-    m_ui->lbNummer->setText(objPCK->NeueNummer(CInt(m_ui->cbxMandant->currentIndex() - 1), typBuchstabe(), ab));
+    QString nummer = clPCK::keinZugriff.toString();
+    if (!m_aufgegeben)
+        nummer = objPCK->NeueNummer(CInt(m_ui->cbxMandant->currentIndex() - 1), typBuchstabe(), ab);
+    m_aufgegeben = nummer == clPCK::keinZugriff;
+    m_ui->lbNummer->setText(nummer);
 }
 
 bool frmÜbertragung::istMandantGewaehlt() const
@@ -263,7 +275,17 @@ QString frmÜbertragung::einstellung(const QString &name, const QString &sonst) 
     return m_haupt.umgebung().einstellungen.get(u"VELDRAK"_s, u"Setting"_s, name, sonst);
 }
 
-void frmÜbertragung::merke(const QString &name, const QString &wert)
+// What cannot be remembered is told once and keeps nothing else from being done.
+void frmÜbertragung::merke(const std::vector<std::pair<QString, QString>> &einstellungen)
 {
-    m_haupt.umgebung().einstellungen.save(u"VELDRAK"_s, u"Setting"_s, name, wert);
+    try {
+        for (const auto &[name, wert] : einstellungen)
+            m_haupt.umgebung().einstellungen.save(u"VELDRAK"_s, u"Setting"_s, name, wert);
+    } catch (const RunTimeError &fehler) {
+        if (std::exchange(m_speichernGemeldet, true))
+            return;
+        m_haupt.MsgBox({u"Ihre Auswahl konnte nicht gespeichert werden. Die Übertragung geht weiter."_s + u"\r\n"_s
+                            + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
+                        desktop::Icon::Exclamation});
+    }
 }

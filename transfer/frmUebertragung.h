@@ -2,6 +2,8 @@
 
 #include <deque>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include <QDialog>
 
@@ -25,6 +27,8 @@ public:
     explicit frmÜbertragung(Haupt &haupt);
     ~frmÜbertragung() override;
 
+    bool istBeschaeftigt() const { return m_beschaeftigt; } ///< whether one of its commands or selections is running
+
 protected:
     void reject() override; // Esc and the window's own button count as "Abbruch"
     bool eventFilter(QObject *objekt, QEvent *ereignis) override; // of txbNummer
@@ -47,6 +51,7 @@ private:
     void lese_Preisliste();
     void lese_Waehrungsliste();
     bool oeffneMandant();
+    bool istMandantBereit();
     void zeigeNeueNummer(qint32 ab);
 
     // Input and commands
@@ -59,20 +64,23 @@ private:
     void txbRabatt_Change();
     void txbLaendercode_Change();
     void cmdEintragen_Click();
+    void meldeKeinenZugriff();
     void sperre(bool gesperrt);
     Eintragung::Angaben angaben() const;
     void cmdAbbruch_Click();
 
     QString einstellung(const QString &name, const QString &sonst) const;
-    void merke(const QString &name, const QString &wert);
+    void merke(const std::vector<std::pair<QString, QString>> &einstellungen);
     bool istMandantGewaehlt() const;
     QString typBuchstabe() const;
 
     Haupt &m_haupt;
     std::unique_ptr<Ui::frmÜbertragung> m_ui;
     std::unique_ptr<frmMandantenpasswort> m_frmMandantenpasswort;
-    std::unique_ptr<clPCK> objPCK;
+    std::shared_ptr<clPCK> objPCK;
     KontaktPtr objHauptkontakt;
     std::deque<Behandlung> m_ausstehend;
     bool m_beschaeftigt = false;
+    bool m_aufgegeben = false; // the user did not give the password, and is not asked again by what is running
+    bool m_speichernGemeldet = false;
 };

@@ -8,6 +8,7 @@
 
 #include "ui_frmUebertragung.h"
 #include "util/Zahlen.h"
+#include "util/Zeichenketten.h"
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +53,7 @@ void frmÜbertragung::beginneNummerneingabe()
 
 void frmÜbertragung::uebernimmNummer()
 {
-    const QString text = m_ui->txbNummer->text().trimmed();
+    const QString text = Trim(m_ui->txbNummer->text());
     if (text.size() > meisteZiffern || !istZiffernfolge(text)) {
         m_haupt.MsgBox({u"Bitte geben Sie maximal 6 Zahlen ein !"_s});
         m_ui->txbNummer->clear();
@@ -122,23 +123,13 @@ void frmÜbertragung::txbLaendercode_Change()
 
 void frmÜbertragung::cmdEintragen_Click()
 {
-    if (m_ui->lbNummer->text() == clPCK::keinZugriff) {
-        const QStringList meldung = {
-            u"Bitte Wählen Sie einen Mandanten aus der Mandantenliste aus."_s,
-            u"Falls dort keine Mandanten angezeit werden kontrollieren Sie in der"_s,
-            u"Konfiguration von VELDRAK den Pfad zu Ihren PCK-Daten."_s,
-            u"Aktueller Pfad: "_s + m_haupt.konfiguration.PckPfad,
-        };
-        m_haupt.MsgBox({meldung.join(u"\r\n"_s), desktop::Icon::Critical});
-        return;
-    }
+    if (m_ui->lbNummer->text() == clPCK::keinZugriff || !istMandantBereit())
+        return meldeKeinenZugriff();
     if (!istLaendercode(Val(m_ui->txbLaendercode->text())))
         m_ui->txbLaendercode->setText(u"49"_s);
     const QString typ = QString::number(m_ui->cbxTyp->currentIndex());
     const QString mandant = QString::number(m_ui->cbxMandant->currentIndex());
-    merke(u"Typ"_s, typ);
-    merke(u"Mandant"_s, mandant);
-    merke(u"Laendercode"_s, m_ui->txbLaendercode->text());
+    merke({{u"Typ"_s, typ}, {u"Mandant"_s, mandant}, {u"Laendercode"_s, m_ui->txbLaendercode->text()}});
 
     Eintragung eintragung(m_haupt, *objPCK, *objHauptkontakt, angaben());
     sperre(true);
@@ -147,9 +138,27 @@ void frmÜbertragung::cmdEintragen_Click()
         return;
     objPCK->close_Mandant();
     m_haupt.Status().hide();
-    merke(u"Typ"_s, typ);
-    merke(u"Mandant"_s, mandant);
+    merke({{u"Typ"_s, typ}, {u"Mandant"_s, mandant}});
     m_haupt.ProgrammEnde();
+}
+
+void frmÜbertragung::meldeKeinenZugriff()
+{
+    const QStringList meldung = {
+        u"Bitte Wählen Sie einen Mandanten aus der Mandantenliste aus."_s,
+        u"Falls dort keine Mandanten angezeit werden kontrollieren Sie in der"_s,
+        u"Konfiguration von VELDRAK den Pfad zu Ihren PCK-Daten."_s,
+        u"Aktueller Pfad: "_s + m_haupt.konfiguration.PckPfad,
+    };
+    m_haupt.MsgBox({meldung.join(u"\r\n"_s), desktop::Icon::Critical});
+}
+
+// A new account's number is asked for once more, which opens the client. A group that has its account already needs it
+// open all the same, and the lists of a dialog just loaded have closed it.
+bool frmÜbertragung::istMandantBereit()
+{
+    const bool hatKonto = !objHauptkontakt->Mandant.isEmpty() && !objHauptkontakt->Nummer.isEmpty();
+    return !hatKonto || objPCK->istOffen() || oeffneMandant();
 }
 
 // What is being transferred cannot be changed meanwhile.

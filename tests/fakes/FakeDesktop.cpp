@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "platform/errors/RunTimeError.h"
 #include "platform/storage/LocalPath.h"
 
 using namespace Qt::StringLiterals;
@@ -48,6 +49,8 @@ QString FakeDesktop::get(const QString &application, const QString &section, con
 
 void FakeDesktop::save(const QString &application, const QString &section, const QString &key, const QString &value)
 {
+    if (settingsReadOnly)
+        throw RunTimeError(RunTimeError::PathAccess);
     settings[settingName(application, section, key)] = value;
 }
 

@@ -35,6 +35,7 @@ public:
     QStringList boxTexts() const;
 
     std::map<QString, QString> settings; ///< by "application/section/key"
+    bool settingsReadOnly = false; ///< then saving is error 75
     QString clipboard;
     QStringList clipboardHistory;
     std::optional<std::vector<desktop::Window>> windows{

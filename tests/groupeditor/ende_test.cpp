@@ -1,7 +1,9 @@
 // The ways on from the window: transfer, write-back, information and the end; and all of it by keyboard.
 #include <gmock/gmock.h>
 
+#include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -21,13 +23,14 @@ TEST(Fertig, WritesMemberByMemberInOrder)
     b.act.calls.clear();
     QStringList staende;
     b.tisch.onYield = [&] { staende += QString::number(b.haupt().Status().ProgressBar1()); };
+    b.act.handsBack = [](qint16 &id) { id = static_cast<qint16>(id == 60 ? 160 : id); };
     b.klicke(u"cmdFertig");
     EXPECT_EQ(b.act.calls.join(u'\n').toStdString(),
               "LookupALL()\n"
               "LookupALL()\ncreateLookup(A)\nSetField(2, Alpha Werke)\n"
               "SetField(60, D1)\nSetField(61, M)\nSetField(62, H)\n"
               "LookupALL()\ncreateLookup(B)\nSetField(2, Alpha Nord)\n"
-              "SetField(60, D1)\nSetField(61, M)\nSetField(62, N)\n"
+              "SetField(160, D1)\nSetField(61, M)\nSetField(62, N)\n"
               "Resize(800, 600)");
     EXPECT_THAT(staende, ElementsAre(u"0"_s, u"50"_s, u"100"_s));
     EXPECT_EQ(b.haupt().Status().lbStatus(), u"Daten werden nach ACT! geschrieben ..."_s);
@@ -72,6 +75,45 @@ TEST(Transfer, HandsTheGroupOverAndHidesTheWindow)
         mitglieder += QStringList{eines->UniqueID, eines->Typ, eines->Daten(u"Nachname"_s), eines->Daten(u"Firma"_s)};
     EXPECT_EQ(mitglieder.join(u' '), u"A N Name A Alpha Werke B N Name B Alpha Werke C H Name C Alpha Süd"_s);
     EXPECT_EQ(b.haupt().HauptIndex, 3);
+}
+
+TEST(Transfer, AgainTakesTheGroupAsItIsNowButNotFromUnderATransfer)
+{
+    Buehne b(u"A");
+    beispiel::erzeugeMandant(b.engine(), b.ordner() + u"/Muster.PCK"_s);
+    b.zeige();
+    const auto namen = [&b] {
+        QStringList zeilen;
+        auto *liste = b.dialog<frmÜbertragung>()->findChild<QListWidget *>(u"lbxNamen"_s);
+        for (int i = 0; i < liste->count(); ++i)
+            zeilen += liste->item(i)->text();
+        return zeilen.join(u'|');
+    };
+    b.macheHauptkontakt(u"A");
+    b.klicke(u"cmdTransfer");
+    EXPECT_EQ(namen(), u"Name A"_s);
+
+    b.fenster().show(); // as the dialog of several main contacts does
+    b.suche(u"Zeta");
+    b.uebernimm(u"Z");
+    b.klicke(u"cmdTransfer");
+    EXPECT_TRUE(b.fenster().isHidden());
+    EXPECT_EQ(namen(), u"Name A|Name Z"_s);
+
+    auto &dialog = *b.dialog<frmÜbertragung>();
+    dialog.findChild<QComboBox *>(u"cbxMandant"_s)->setCurrentIndex(1);
+    b.tisch.onYield = [&] { // in the midst of it
+        b.tisch.onYield = nullptr;
+        b.fenster().show();
+        b.entferne(u"Z");
+        b.klicke(u"cmdTransfer");
+        EXPECT_EQ(&dialog, b.dialog<frmÜbertragung>());
+        EXPECT_EQ(b.haupt().AnzahlMitglieder(), 2);
+    };
+    b.act.calls.clear();
+    QTest::mouseClick(dialog.findChild<QPushButton *>(u"cmdEintragen"_s), Qt::LeftButton);
+    EXPECT_EQ(b.act.calls.filter(u"SetField(60, D000000)"_s).size(), 2) << "both members of the dialog's group";
+    EXPECT_TRUE(b.haupt().beendet());
 }
 
 TEST(Info, ShowsItsLinesEvenIfActSaysNothing)

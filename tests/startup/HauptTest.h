@@ -33,5 +33,6 @@ protected:
     Haupt m_haupt{umgebung(m_act, *m_engine, m_desktop, m_ordner.path())};
     /// What the mapping's box says.
     const QString m_keinMapping
-        = QStringLiteral("Fehler: 3343:Unbekanntes Datenbankformat. Die Datei ist keine Jet-Datenbank.");
+        = QStringLiteral("Fehler: 3343:%1: Unbekanntes Datenbankformat. Die Datei ist keine Jet-Datenbank.")
+              .arg(m_ordner.filePath(QStringLiteral("veldrak.piz")));
 };

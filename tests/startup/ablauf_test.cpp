@@ -1,8 +1,10 @@
 // The program's course: both ends, errors that reach the event loop, and the small windows.
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QTest>
 
+#include "startup/Hersteller.h"
 #include "tests/startup/HauptTest.h"
 
 using namespace Qt::StringLiterals;
@@ -87,6 +89,8 @@ TEST_F(Ablauf, InformationWindowShowsTheVersionAndIsOnlyHidden)
 {
     frmInfoStart &info = m_haupt.InfoStart();
     EXPECT_EQ(info.windowTitle(), u"Informationen über das Programm"_s);
+    EXPECT_EQ(info.findChild<QPlainTextEdit *>(u"Text1"_s)->toPlainText(), Hersteller::zeilen().join(u'\n'));
+    EXPECT_TRUE(Hersteller::zeilen().last().startsWith(u"Internet: "_s));
     EXPECT_THAT(info.findChild<QLabel *>(u"lbVersion"_s)->text().toStdString(),
                 testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
     info.setze_txbInfo(u"Neues"_s);

@@ -3,6 +3,7 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include "startup/Hersteller.h"
 #include "tests/startup/HauptTest.h"
 
 using namespace Qt::StringLiterals;
@@ -98,8 +99,7 @@ TEST_F(Start, EndsOnANoticeWindowAndIgnoresOtherErrorsOfTheRefresh)
         {"Create says 91",             u"Create(1, abc)"_s, 91,  false, notiz},
         {"Create gives nothing",       {},                  0,   true,  notiz},
         {"LookupALL fails otherwise",  u"LookupALL()"_s,    5,   false, m_keinMapping},
-        {"ACT! dies at Create",        u"Create(1, abc)"_s, 462, false,
-         u"Fehler: 462:Create: Das andere Programm ist nicht mehr da oder antwortet nicht"_s},
+        {"Create fails otherwise",     u"Create(1, abc)"_s, 462, false, notiz},
     };
     // clang-format on
     for (const Row &row : rows) {
@@ -136,17 +136,19 @@ TEST_F(Start, ChecksTheConfiguration)
         EXPECT_TRUE(gut.contains(zeile)) << zeile.constData();
         return QByteArray(gut).replace(zeile, ersatz);
     };
+    const QString ini = m_ordner.filePath(u"VELDRAK.ini"_s);
     // clang-format off
     struct Row { const char *name; std::optional<QByteArray> inhalt; QString box; };
     const Row rows[] = {
         {"no file",                    std::nullopt,                     iniFehlt},
         {"an empty file",              "",                               iniFehlt},
-        {"no section",                 "ID_Nummer=60|N\n", u"Fehler: 9:Index außerhalb des gültigen Bereichs"_s},
+        {"no section",                 "\nID_Nummer=60|N\n",
+         u"Fehler: 9:%1, Zeile 2: Der Schlüssel „ID_Nummer“ steht vor dem ersten Abschnitt."_s.arg(ini)},
         {"another section",            mit("VELDRAK", "Veldrak"),        falscherParameter},
         {"number missing",             mit("ID_Nummer=60|N\n"),          falscherParameter},
         {"number 0",                   mit("60|N", "0|N"),               falscherParameter},
         {"number is text",             mit("60|N", "N|60"),              falscherParameter},
-        {"number too large",           mit("60|N", "40000|N"),           u"Fehler: 6:Überlauf"_s},
+        {"number too large",           mit("60|N", "40000|N"),           u"Fehler: 6:%1, ID_Nummer=40000|N: Überlauf"_s.arg(ini)},
         {"client missing",             mit("ID_Mandant=61|M\n"),         falscherParameter},
         {"role 0",                     mit("62|T", "0"),                 falscherParameter},
         {"path empty",                 mit("/p/"),                       falscherParameter},
@@ -159,14 +161,57 @@ TEST_F(Start, ChecksTheConfiguration)
     // clang-format on
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
-        QFile::remove(m_ordner.filePath(u"VELDRAK.ini"_s));
+        QFile::remove(ini);
         if (row.inhalt)
-            beispiel::schreibe(m_ordner.filePath(u"VELDRAK.ini"_s), *row.inhalt);
+            beispiel::schreibe(ini, *row.inhalt);
         m_desktop.boxes.clear();
         const auto haupt = starte();
         EXPECT_THAT(m_desktop.boxTexts(), ElementsAre(row.box));
         EXPECT_FALSE(haupt->konfiguration.DatevNr || haupt->konfiguration.AutoSuche);
     }
+}
+
+TEST_F(Start, TakesARelativeClientFolderFromItsOwn)
+{
+    for (const auto &[geschrieben, gelesen] : {std::pair(u"/pck/"_s, u"/pck/"_s),
+                                               {u"PCK/"_s, m_ordner.path() + u"/PCK/"_s},
+                                               {u"..\\PCK\\"_s, m_ordner.path() + u"/..\\PCK\\"_s},
+                                               {u"\\\\server\\pck\\"_s, u"\\\\server\\pck\\"_s},
+                                               {u"C:\\PCK\\"_s, u"C:\\PCK\\"_s}}) {
+        beispiel::erzeugeIni(m_ordner.path(), geschrieben);
+        EXPECT_EQ(starte()->konfiguration.PckPfad, gelesen);
+    }
+}
+
+TEST_F(Start, NamesTheMappingWhenItsPasswordIsWrong)
+{
+    const QString mapping = m_ordner.filePath(u"veldrak.piz"_s);
+    ASSERT_TRUE(QFile::remove(mapping));
+    beispiel::erzeugeMandant(*m_engine, mapping, u"anders"_s);
+    starte();
+    EXPECT_THAT(m_desktop.boxTexts(), ElementsAre(u"Fehler: 3031:%1: Kein zulässiges Kennwort."_s.arg(mapping)));
+}
+
+TEST_F(Start, LeavesNothingButTheMainWindow)
+{
+    ASSERT_TRUE(QFile::remove(m_ordner.filePath(u"veldrak.piz"_s)));
+    beispiel::erzeugeMapping(*m_engine, m_ordner.path());
+    QWidget *fenster = nullptr;
+    m_haupt.Main([&](Haupt &) {
+        auto neues = std::make_unique<QWidget>();
+        fenster = neues.get();
+        return neues;
+    });
+    EXPECT_THAT(m_desktop.boxTexts(), testing::IsEmpty());
+    EXPECT_TRUE(fenster->isVisible() && m_haupt.Status().isHidden());
+
+    bool mandantOffen = true;
+    m_haupt.schliesseMandant = [&] { mandantOffen = false; };
+    m_desktop.onBox = [&](const desktop::Box &) {
+        EXPECT_TRUE(fenster->isHidden() && !m_haupt.SyncFelder.istOffen() && !mandantOffen);
+    };
+    m_haupt.ausgefuehrt([] { throw RunTimeError(5); });
+    EXPECT_THAT(m_desktop.boxTexts(), testing::SizeIs(1)) << "behind the last box everything is closed";
 }
 
 TEST_F(Start, ReadsTheConfigurationAndSetsTheEngineUp)
@@ -183,6 +228,8 @@ TEST_F(Start, ReadsTheConfigurationAndSetsTheEngineUp)
     EXPECT_EQ(m_engine->SystemDB, m_ordner.path() + u'/' + coding::workgroupDatei());
     EXPECT_EQ(m_engine->DefaultUser, coding::benutzer());
     EXPECT_EQ(m_engine->DefaultPassword, coding::kennwort());
+    EXPECT_EQ(m_engine->CreateWorkspace(u"T"_s, {}, {})->UserName(), coding::benutzer());
+    EXPECT_EQ(m_engine->CreateWorkspace(u"T"_s, u"ich"_s, {})->UserName(), u"ich"_s);
 }
 
 TEST_F(Start, MissesTheMappingFileBeforeItAsksForAct)
@@ -191,7 +238,8 @@ TEST_F(Start, MissesTheMappingFileBeforeItAsksForAct)
     starte();
     ASSERT_EQ(m_desktop.boxes.size(), 1U);
     EXPECT_THAT(m_desktop.boxes[0].text.split(u"\r\n"_s),
-                ElementsAre(u"Es fehlt die Datei VELDRAK.PIZ. Bitte Installieren Sie VELDRAK neu,"_s, testing::_,
+                ElementsAre(u"Es fehlt die Datei VELDRAK.PIZ. Bitte Installieren Sie VELDRAK neu,"_s,
+                            u"und kopieren Sie danach die vom VELDRAK-Projekt (%1)"_s.arg(Hersteller::internet()),
                             u"erhaltene VELDRAK.PIZ-Datei in das Installationsverzeichnis von VELDRAK."_s));
     EXPECT_EQ(m_desktop.boxes[0].icon, desktop::Icon::Information);
     EXPECT_TRUE(m_act.calls.isEmpty());

@@ -120,11 +120,58 @@ TEST_F(Eintragen, OnlyNewMembersOfAnExistingAccountAreAdded)
     for (std::size_t i = 0; i < personen.size(); ++i)
         EXPECT_EQ(inAct(i, 60), u"D000077"_s);
 
-    // The lists of a freshly loaded dialog have closed the client, and no number is asked for: nothing is written.
+    // The lists of a freshly loaded dialog have closed the client, and no number is asked for: it is opened again.
+    beispiel::fuehreAus(*m_engine, mandant(), {u"DELETE FROM sPersKom"_s});
     zeigeMitMandant(personen);
     eintragen();
-    EXPECT_EQ(m_tisch.boxTexts().last(), u"Fehler: 91:Objektvariable nicht festgelegt"_s);
-    EXPECT_THAT(m_act.callsOf(u"SetField"_s), IsEmpty());
+    EXPECT_THAT(m_tisch.boxTexts(), IsEmpty());
+    EXPECT_EQ(zeilen(eintraege).size(), 2 * 4);
+    EXPECT_EQ(inAct(3, 60), u"D000077"_s);
+
+    // Half a link is none: the account is not made, and the client is not opened either.
+    personen[0].mandant.clear();
+    zeigeMitMandant(personen);
+    eintragen();
+    EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Fehler: 91:Objektvariable nicht festgelegt"_s));
+}
+
+TEST_F(Eintragen, TheMainContactIsTheMemberAtItsIndex)
+{
+    zeigeMitMandant();
+    m_haupt->HauptIndex = 2; // another one since the dialog was loaded
+    m_haupt->Mitglieder[1]->Typ = u"H"_s;
+    m_tisch.boxes.clear();
+    eintragen();
+    EXPECT_EQ(m_tisch.boxTexts().mid(2), QStringList(u"Neuer Hauptkontakt !!!"_s)) << "after the template's two";
+    EXPECT_THAT(zeilen(u"SELECT PersKtoNummer, PersKtoAnsprech, PersKtoTelefon FROM sPersKto"_s),
+                ElementsAre(u"D000000|Jörg Äpfelbach|+49 40 123460"_s));
+    EXPECT_THAT(zeilen(u"SELECT PersKommNr FROM sPersKom WHERE PersKommAnsprech = 'Jörg Äpfelbach'"_s), IsEmpty());
+    EXPECT_EQ(inAct(1, 60) + inAct(1, 61) + inAct(1, 62), u"D000000Muster.PCKH"_s);
+}
+
+TEST_F(Eintragen, SettingsThatCannotBeSavedAreToldOnce)
+{
+    zeigeMitMandant();
+    m_tisch.settingsReadOnly = true;
+    m_tisch.boxes.clear();
+    eintragen();
+    ASSERT_THAT(m_tisch.boxTexts(), SizeIs(1 + 2));
+    EXPECT_EQ(m_tisch.boxTexts()[0],
+              u"Ihre Auswahl konnte nicht gespeichert werden. Die Übertragung geht weiter.\r\n"
+              "75:Fehler beim Zugriff auf Pfad oder Datei"_s);
+    EXPECT_EQ(inAct(3, 60), u"D000000"_s);
+}
+
+TEST_F(Eintragen, WhatActHandsBackIsTheNextFieldNumber)
+{
+    zeigeMitMandant({beispiel::firmengruppe()[0]});
+    m_act.handsBack = [](qint16 &id) { id = static_cast<qint16>(id + 100); };
+    m_haupt->PCKDatenLoeschen(*m_haupt->Mitglieder[0]);
+    eintragen();
+    EXPECT_EQ(m_act.callsOf(u"SetField"_s).mid(0, 6).join(u' '),
+              u"SetField(60, ) SetField(61, ) SetField(62, ) "
+              "SetField(160, D000000) SetField(161, Muster.PCK) SetField(162, H)"_s);
+    EXPECT_EQ(m_haupt->konfiguration.IdNummer, 260);
 }
 
 TEST_F(Eintragen, ApostropheHoldsInValuesAndFailsInContactPersons)

@@ -28,7 +28,7 @@ TEST_F(Kennwort, RefusedGivesNoAccess)
 {
     gemerkt(u"Mandant"_s) = u"1"_s;
     zeige();
-    EXPECT_THAT(m_gefragt, SizeIs(7)) << "each list and each number for itself, as often as they are loaded";
+    EXPECT_THAT(m_gefragt, SizeIs(1)) << "for the whole loading";
     EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")), u"Keine|Kein Zugriff !"_s);
     EXPECT_EQ(liste(u"cbxPreisliste").currentIndex(), 0);
     EXPECT_EQ(zeilenVon(liste(u"cbxWaehrung")), u"Kein Zugriff !"_s);
@@ -46,6 +46,32 @@ TEST_F(Kennwort, RefusedGivesNoAccess)
     EXPECT_EQ(m_tisch.boxes[0].icon, desktop::Icon::Critical);
     EXPECT_EQ(gemerkt(u"Typ"_s), QString());
     EXPECT_THAT(m_act.calls, IsEmpty());
+
+    liste(u"cbxTyp").setCurrentIndex(2); // a new selection, a new question
+    EXPECT_THAT(m_gefragt, SizeIs(2));
+    EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
+    m_kennwoerter = {u"Sesam"_s};
+    liste(u"cbxTyp").setCurrentIndex(0);
+    EXPECT_EQ(nummer(), u"D000000"_s);
+}
+
+TEST_F(Kennwort, RefusedForAGroupWithAnAccountWritesNothing)
+{
+    std::vector<beispiel::Person> personen = beispiel::firmengruppe();
+    personen[0].nummer = u"D000077"_s;
+    personen[0].mandant = u"Muster.PCK"_s;
+    gemerkt(u"Mandant"_s) = u"2"_s;
+    zeige(personen);
+    ASSERT_TRUE(QFile::remove(mandant()) && QFile::copy(mandant(u"Geheim.PCK"_s), mandant()));
+    eintragen();
+    EXPECT_THAT(m_gefragt, ElementsAre(u"Muster.PCK"_s));
+    EXPECT_TRUE(m_tisch.boxTexts().join(u'|').startsWith(u"Bitte Wählen Sie einen Mandanten"_s));
+    EXPECT_THAT(m_act.calls, IsEmpty());
+    EXPECT_EQ(gemerkt(u"Typ"_s), QString());
+
+    m_kennwoerter = {u"Sesam"_s};
+    eintragen();
+    EXPECT_THAT(m_act.callsOf(u"SetField"_s), SizeIs(4 * 15));
 }
 
 TEST_F(Kennwort, DialogRejectsAnEmptyPasswordAndTellsHowItWasLeft)
