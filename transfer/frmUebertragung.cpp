@@ -29,6 +29,7 @@ frmÜbertragung::frmÜbertragung(Haupt &haupt)
     m_ui->setupUi(this);
     m_ui->txbNummer->hide();
     m_ui->txbNummer->installEventFilter(this);
+    richteMausradEin();
     richteAus();
     verbindeBefehle();
     Form_Load();

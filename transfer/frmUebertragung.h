@@ -30,8 +30,9 @@ public:
     bool istBeschaeftigt() const { return m_beschaeftigt; } ///< whether one of its commands or selections is running
 
 protected:
-    void reject() override; // Esc and the window's own button count as "Abbruch"
-    bool eventFilter(QObject *objekt, QEvent *ereignis) override; // of txbNummer
+    void reject() override; // the window's own button counts as "Abbruch"
+    void keyPressEvent(QKeyEvent *ereignis) override; // Esc and Enter end nothing and enter nothing
+    bool eventFilter(QObject *objekt, QEvent *ereignis) override; // of txbNummer and of the lists
 
 private:
     using Behandlung = void (frmÜbertragung::*)();
@@ -39,6 +40,7 @@ private:
     // Set-up and selection
     void Form_Load();
     void richteAus();
+    void richteMausradEin();
     void verbindeBefehle();
     void verbindeAuswahl();
     void behandle(Behandlung behandlung, bool aufschiebbar);
@@ -58,6 +60,7 @@ private:
     void cmdNummer_Click();
     void beginneNummerneingabe();
     void uebernimmNummer();
+    void verwirfNummer();
     void zeigeNummerneingabe(bool sichtbar);
     void txbNummer_LostFocus();
     void txbNummer_Enter();
@@ -79,6 +82,7 @@ private:
     std::unique_ptr<frmMandantenpasswort> m_frmMandantenpasswort;
     std::shared_ptr<clPCK> objPCK;
     KontaktPtr objHauptkontakt;
+    QString m_nummerVorher; // what lbNummer showed before the number is entered
     std::deque<Behandlung> m_ausstehend;
     bool m_beschaeftigt = false;
     bool m_aufgegeben = false; // the user did not give the password, and is not asked again by what is running

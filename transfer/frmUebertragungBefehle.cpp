@@ -46,6 +46,7 @@ void frmÜbertragung::cmdNummer_Click()
 
 void frmÜbertragung::beginneNummerneingabe()
 {
+    m_nummerVorher = m_ui->lbNummer->text();
     m_ui->lbNummer->setText(typBuchstabe());
     zeigeNummerneingabe(true);
     m_ui->txbNummer->setFocus();
@@ -65,6 +66,16 @@ void frmÜbertragung::uebernimmNummer()
     zeigeNummerneingabe(false);
 }
 
+// A number that another client or type has brought meanwhile stays.
+void frmÜbertragung::verwirfNummer()
+{
+    if (m_ui->txbNummer->isHidden())
+        return;
+    if (m_ui->lbNummer->text().size() == 1)
+        m_ui->lbNummer->setText(m_nummerVorher);
+    zeigeNummerneingabe(false);
+}
+
 void frmÜbertragung::zeigeNummerneingabe(bool sichtbar)
 {
     m_ui->txbNummer->clear();
@@ -74,13 +85,27 @@ void frmÜbertragung::zeigeNummerneingabe(bool sichtbar)
     m_ui->lbLfZahlenkreis->setBuddy(sichtbar ? static_cast<QWidget *>(m_ui->txbNummer) : m_ui->cmdNummer);
 }
 
+void frmÜbertragung::richteMausradEin()
+{
+    for (QComboBox *liste : findChildren<QComboBox *>()) {
+        liste->setFocusPolicy(Qt::StrongFocus); // by default the wheel gives them the focus
+        liste->installEventFilter(this);
+    }
+}
+
 bool frmÜbertragung::eventFilter(QObject *objekt, QEvent *ereignis)
 {
+    if (objekt != m_ui->txbNummer) {
+        const bool rad = ereignis->type() == QEvent::Wheel && !static_cast<QWidget *>(objekt)->hasFocus();
+        if (rad)
+            ereignis->ignore(); // may scroll what is around
+        return rad;
+    }
     if (ereignis->type() == QEvent::KeyPress) {
         const int taste = static_cast<QKeyEvent *>(ereignis)->key();
         if (taste == Qt::Key_Return || taste == Qt::Key_Enter) {
             txbNummer_Enter();
-            return true; // the dialog's default button must not take it, too
+            return true; // the button that has the focus now must not take it, too
         }
     }
     const bool verlaesst = QDialog::eventFilter(objekt, ereignis);
@@ -197,4 +222,18 @@ void frmÜbertragung::cmdAbbruch_Click()
 void frmÜbertragung::reject()
 {
     m_haupt.ausgefuehrt([this] { behandle(&frmÜbertragung::cmdAbbruch_Click, false); });
+}
+
+// Enter works on buttons only: no number is entered into PC-Kaufmann by a key that was meant for a list.
+void frmÜbertragung::keyPressEvent(QKeyEvent *ereignis)
+{
+    const bool eingabe = ereignis->key() == Qt::Key_Return || ereignis->key() == Qt::Key_Enter;
+    if (ereignis->matches(QKeySequence::Cancel)) {
+        m_haupt.ausgefuehrt([this] { behandle(&frmÜbertragung::verwirfNummer, false); });
+    } else if (eingabe) {
+        if (auto *knopf = qobject_cast<QPushButton *>(focusWidget()))
+            knopf->click();
+    } else {
+        QDialog::keyPressEvent(ereignis);
+    }
 }

@@ -1,5 +1,6 @@
 // The number box, the checks while typing, and the keyboard.
 #include <QLocale>
+#include <QWheelEvent>
 
 #include "tests/transfer/TransferTest.h"
 
@@ -113,18 +114,68 @@ TEST_F(Eingaben, DiscountAndCountryCodeAreCheckedWithEachKey)
     }
 }
 
-TEST_F(Eingaben, EscapeAndClosingEndTheProgram)
+TEST_F(Eingaben, EscapeTakesTheNumberBackAndEndsNothing)
 {
-    for (const bool taste : {true, false}) {
-        m_tisch.quitCalled = false;
-        zeigeMitMandant();
-        if (taste)
-            QTest::keyClick(&dialog(), Qt::Key_Escape);
-        else
-            dialog().close();
-        EXPECT_TRUE(dialog().isHidden() && m_haupt->beendet() && m_tisch.quitCalled);
-        EXPECT_EQ(m_act.calls.last(), u"Resize(800, 600)"_s);
+    beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000007"_s});
+    zeigeMitMandant();
+    const auto escape = [this] { QTest::keyClick(dialog().focusWidget(), Qt::Key_Escape); };
+    const auto beginne = [this] {
+        klicke(u"cmdNummer");
+        QTest::keyClicks(&feld(u"txbNummer"), u"500"_s);
+    };
+    escape();
+    ASSERT_TRUE(dialog().isVisible());
+    klicke(u"cmdNummer");
+    QTest::keyClicks(&feld(u"txbNummer"), u"77"_s);
+    klicke(u"cmdNummer");
+    ASSERT_EQ(nummer(), u"D000077"_s);
+
+    beginne();
+    escape();
+    EXPECT_EQ(nummer(), u"D000077"_s) << "not a new proposal";
+    EXPECT_FALSE(gibtNummerEin());
+    EXPECT_TRUE(finde<QPushButton>(u"cmdEintragen").isEnabled() && feld(u"txbNummer").text().isEmpty());
+    EXPECT_EQ(finde<QPushButton>(u"cmdNummer").text(), u"Ändern"_s);
+
+    beginne();
+    liste(u"cbxTyp").setCurrentIndex(1);
+    escape();
+    EXPECT_EQ(nummer(), u"K000000"_s) << "that of the type that is selected now";
+    EXPECT_FALSE(gibtNummerEin());
+
+    dialog().close();
+    EXPECT_TRUE(dialog().isHidden() && m_haupt->beendet() && m_tisch.quitCalled);
+    EXPECT_EQ(m_act.calls.last(), u"Resize(800, 600)"_s);
+}
+
+TEST_F(Eingaben, EnterPressesOnlyTheButtonThatHasTheFocus)
+{
+    zeige(); // without a client "Eintragen" answers with a box
+    for (const QString &name : {u"cbxMandant"_s, u"lbxNamen"_s, u"cbxTyp"_s, u"txbRabatt"_s, u"txbLaendercode"_s,
+                                u"cmdNummer"_s, u"cmdEintragen"_s}) {
+        SCOPED_TRACE(name.toStdString());
+        finde<QWidget>(name).setFocus();
+        QTest::keyClick(&finde<QWidget>(name), Qt::Key_Return);
+        EXPECT_EQ(m_tisch.boxes.size(), name == u"cmdEintragen" ? 1U : 0U);
     }
+}
+
+TEST_F(Eingaben, TheWheelTurnsNoListWithoutTheFocus)
+{
+    zeigeMitMandant();
+    QComboBox &typ = liste(u"cbxTyp");
+    const auto drehe = [&typ] {
+        const QPointF ort = typ.rect().center();
+        QWheelEvent rad(ort, typ.mapToGlobal(ort), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                        false);
+        QApplication::sendEvent(&typ, &rad);
+    };
+    drehe();
+    EXPECT_EQ(typ.currentIndex(), 0);
+    EXPECT_FALSE(typ.hasFocus());
+    typ.setFocus();
+    drehe();
+    EXPECT_EQ(typ.currentIndex(), 1);
 }
 
 TEST_F(Eingaben, TabVisitsTheControlsInReadingOrder)
