@@ -21,10 +21,17 @@ void frmMandantenpasswort::zeige(const QString &Mandant)
 {
     m_ui->txbMandant->setText(Mandant);
     m_ui->txbPassword->clear();
-    m_ui->txbPassword->setFocus();
     exec();
     if (m_haupt.beendet())
         throw ProgrammBeendet(); // while the question was open
+}
+
+// Shown again right after it was hidden, it would not get the keyboard everywhere.
+void frmMandantenpasswort::showEvent(QShowEvent *ereignis)
+{
+    QDialog::showEvent(ereignis);
+    m_ui->txbPassword->setFocus();
+    activateWindow();
 }
 
 QString frmMandantenpasswort::Kennwort() const

@@ -22,6 +22,7 @@ public:
     QString Kennwort() const override;
 
 protected:
+    void showEvent(QShowEvent *ereignis) override;
     void reject() override; // Esc and the window's own button count as "Abbruch"
 
 private:
