@@ -1,6 +1,7 @@
 // The dialog about several main contacts in one group.
 #include "groupeditor/frmFehlerHptkt.h"
 
+#include <QApplication>
 #include <QHideEvent>
 #include <QWindow>
 
@@ -10,15 +11,13 @@
 using namespace std::chrono_literals;
 
 frmFehlerHptkt::frmFehlerHptkt(KontaktListe &lvMitglieder, QWidget &hauptfenster, std::function<void()> beiOK)
-    : m_ui(std::make_unique<Ui::frmFehlerHptkt>())
+    : m_hauptfenster(hauptfenster)
+    , m_ui(std::make_unique<Ui::frmFehlerHptkt>())
     , m_beiOK(std::move(beiOK))
 {
     m_ui->setupUi(this);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(&m_Timer1, &QTimer::timeout, this, [this] {
-        show();
-        raise();
-    });
+    connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
     m_Timer1.setInterval(300ms);
     bleibeVor(hauptfenster);
     Form_Load(lvMitglieder);
@@ -36,7 +35,6 @@ void frmFehlerHptkt::bleibeVor(QWidget &hauptfenster)
 
 void frmFehlerHptkt::Form_Load(KontaktListe &lvMitglieder)
 {
-    m_Timer1.start();
     for (int i = 1; i <= lvMitglieder.Anzahl(); ++i) {
         QTreeWidgetItem &item = lvMitglieder.Item(i);
         if (KontaktListe::icon(item) != KontaktListe::Haupt)
@@ -51,6 +49,21 @@ void frmFehlerHptkt::showEvent(QShowEvent *ereignis)
 {
     QDialog::showEvent(ereignis);
     m_ui->cmdOK->setFocus();
+    if (ereignis->spontaneous())
+        return;
+    m_Timer1.start(); // at a later showing, too: in front while it is open
+    activateWindow(); // some window managers do not by themselves
+}
+
+// A main window that was put away takes the dialog with it.
+void frmFehlerHptkt::Timer1_Timer()
+{
+    if (QApplication::activeModalWidget() || m_hauptfenster.isMinimized())
+        return;
+    if (isMinimized())
+        showNormal();
+    show();
+    raise();
 }
 
 // Hidden by its button, or with all forms at the program's end: then it must not come back by itself.

@@ -15,7 +15,7 @@ class frmFehlerHptkt;
 /// Tells that a group has several main contacts, and turns them into secondary ones.
 ///
 /// That happens once, when the dialog is made; "OK" only hides it, and a later showing brings it back as it was. It is
-/// not modal, but keeps itself in front.
+/// not modal, but keeps itself in front of the main window, behind any modal box.
 class frmFehlerHptkt : public QDialog
 {
 public:
@@ -31,8 +31,10 @@ protected:
 private:
     void bleibeVor(QWidget &hauptfenster);
     void Form_Load(KontaktListe &lvMitglieder);
+    void Timer1_Timer();
     void cmdOK_Click();
 
+    const QWidget &m_hauptfenster;
     std::unique_ptr<Ui::frmFehlerHptkt> m_ui;
     std::function<void()> m_beiOK;
     QTimer m_Timer1;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QTest>
 #include <QWindow>
 
@@ -25,6 +26,17 @@ struct Gefunden : Buehne {
         act.calls.clear();
         tisch.boxes.clear();
     }
+};
+
+/// Counts how often a window comes to the front.
+struct Gehoben : QObject {
+    explicit Gehoben(QObject &fenster) { fenster.installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *ereignis) override
+    {
+        anzahl += ereignis->type() == QEvent::ZOrderChange;
+        return false;
+    }
+    int anzahl = 0;
 };
 
 QStringList geloescht(const QString &id)
@@ -151,7 +163,15 @@ TEST(Mehrdeutig, DemotesAllMainContactsOnceARun)
     EXPECT_EQ(b.knoepfe(), u"--F"_s);
 
     dialog->showMinimized();
-    EXPECT_TRUE(QTest::qWaitFor([dialog] { return dialog->isVisible(); })) << "it comes back by itself";
+    EXPECT_TRUE(QTest::qWaitFor([dialog] { return dialog->isVisible() && !dialog->isMinimized(); }))
+        << "it comes back by itself";
+    Gehoben gehoben(*dialog);
+    QMessageBox box;
+    box.open();
+    QTest::qWait(700);
+    EXPECT_EQ(gehoben.anzahl, 0) << "it does not come in front of a box";
+    box.close();
+    EXPECT_TRUE(QTest::qWaitFor([&gehoben] { return gehoben.anzahl > 0; }));
     b.klicke(u"cmdAbbruch");
     EXPECT_TRUE(dialog->isHidden());
     QTest::qWait(400);
