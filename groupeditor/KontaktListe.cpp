@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QShowEvent>
 #include <QTextDocument>
@@ -80,6 +81,38 @@ bool KontaktListe::event(QEvent *ereignis)
     return behandelt;
 }
 
+void KontaktListe::focusInEvent(QFocusEvent *ereignis)
+{
+    QTreeWidget::focusInEvent(ereignis);
+    const Qt::FocusReason grund = ereignis->reason();
+    if (grund == Qt::TabFocusReason || grund == Qt::BacktabFocusReason || grund == Qt::ShortcutFocusReason)
+        waehleAktuellen();
+}
+
+// The toolkit's activation would be a single click on some desktops. A key that is held down is one command only.
+void KontaktListe::keyPressEvent(QKeyEvent *ereignis)
+{
+    const bool eingabe = ereignis->key() == Qt::Key_Return || ereignis->key() == Qt::Key_Enter;
+    if (!eingabe)
+        QTreeWidget::keyPressEvent(ereignis);
+    else if (currentItem() && !ereignis->isAutoRepeat())
+        Q_EMIT itemDoubleClicked(currentItem(), currentColumn());
+}
+
+void KontaktListe::halteAuswahl(bool gehalten)
+{
+    m_auswahlGehalten = gehalten;
+    if (!gehalten && window()->focusWidget() == this) // the window itself may have to wait for the keyboard
+        waehleAktuellen();
+}
+
+// What the dashed frame shows must be what the commands take.
+void KontaktListe::waehleAktuellen()
+{
+    if (!m_auswahlGehalten && Anzahl() > 0 && selectedItems().isEmpty())
+        setCurrentItem(currentItem() ? currentItem() : &Item(1));
+}
+
 // In the colour of the selection around the list that has the keyboard, even if it is empty.
 void KontaktListe::maleRahmen()
 {
@@ -108,7 +141,10 @@ void KontaktListe::drawRow(QPainter *maler, const QStyleOptionViewItem &option, 
 
 void KontaktListe::entferne(int i)
 {
+    const bool aktuell = currentItem() == &Item(i);
     delete takeTopLevelItem(i - 1);
+    if (aktuell && Anzahl() > 0) // the toolkit would go up
+        setCurrentItem(&Item(std::min(i, Anzahl())), 0, QItemSelectionModel::NoUpdate);
 }
 
 void KontaktListe::haengeAn(const clKontakt &kontakt)

@@ -45,22 +45,30 @@ public:
     /// Whether the item belongs to this account of this client.
     bool hatKonto(const QTreeWidgetItem &item, const QString &nummer, const QString &mandant) const;
 
+    /// While a command looks at the selection, nothing is selected by itself. Afterwards a list with the keyboard has a
+    /// current item that is selected, and so has one that gets the keyboard by a key.
+    void halteAuswahl(bool gehalten);
+
     /// Fills a contact with what the item shows; its role follows the icon.
     void fuelle(clKontakt &kontakt, const QTreeWidgetItem &item) const;
 
 protected:
     void showEvent(QShowEvent *ereignis) override;
     bool event(QEvent *ereignis) override;
+    void focusInEvent(QFocusEvent *ereignis) override;
+    void keyPressEvent(QKeyEvent *ereignis) override; // Enter counts as a double click
     void drawRow(QPainter *maler, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
     int spalteNummer() const { return m_felder + 1; }
     void verteileBreiten();
+    void waehleAktuellen();
     void maleRahmen();
     void beschrifte(QTreeWidgetItem &item) const;
 
     Icons m_icons;
     int m_felder = 0; // number of mapped fields
     bool m_breitenVerteilt = false;
+    bool m_auswahlGehalten = false;
     int m_spalteFirma = 0; // of the mapped field called "Firma"; 0: there is none
 };

@@ -2,6 +2,7 @@
 #include "groupeditor/frmHauptkontakt.h"
 
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -46,12 +47,6 @@ void gestalteAlsWarnung(QLabel *label)
     label->setAutoFillBackground(true);
     label->setMargin(4);
     label->hide();
-}
-
-void setzeVerfuegbar(QPushButton *knopf, bool verfuegbar)
-{
-    knopf->setEnabled(verfuegbar);
-    knopf->setVisible(verfuegbar);
 }
 
 } // namespace
@@ -102,7 +97,7 @@ void frmHauptkontakt::verbinde()
     klick(m_ui->cmdInfo, &frmHauptkontakt::cmdInfo_Click);
     connect(m_ui->cmdAbbruch, &QPushButton::clicked, this, [this] { reject(); });
     connect(m_ui->tbSuche, &QLineEdit::returnPressed, this, befehl(&frmHauptkontakt::cmdSuchen_Click));
-    connect(m_ui->lvSuchergebnis, &QTreeWidget::itemActivated, this, befehl(&frmHauptkontakt::cmdÜbernehmen_Click));
+    connect(m_ui->lvSuchergebnis, &QTreeWidget::itemDoubleClicked, this, befehl(&frmHauptkontakt::cmdÜbernehmen_Click));
     connect(&m_Timer1, &QTimer::timeout, this, guarded(m_haupt, [this] { Timer1_Timer(); }));
 }
 
@@ -113,8 +108,38 @@ void frmHauptkontakt::einzeln(void (frmHauptkontakt::*befehl)())
         return;
     const QScopedValueRollback laeuft(m_befehlLaeuft, true);
     setCursor(Qt::BusyCursor); // some commands go on until the user changes something
-    const auto zeiger = qScopeGuard([this] { unsetCursor(); });
+    lvSuche().halteAuswahl(true);
+    lvMitglieder().halteAuswahl(true);
+    const auto danach = qScopeGuard([this] {
+        unsetCursor();
+        sperre(false);
+        lvSuche().halteAuswahl(false);
+        lvMitglieder().halteAuswahl(false);
+    });
     (this->*befehl)();
+}
+
+// The command goes on when the user has changed something, or looks at the same again: until then its kind is off.
+void frmHauptkontakt::warteAufBenutzer()
+{
+    sperre(true);
+    m_haupt.DoEventsUndWarten();
+}
+
+// All buttons but "Abbruch". What the flag number has switched off stays so.
+void frmHauptkontakt::sperre(bool gesperrt)
+{
+    if (m_gesperrt == gesperrt)
+        return;
+    m_gesperrt = gesperrt;
+    if (gesperrt)
+        m_fokusVorher = focusWidget();
+    for (QPushButton *knopf : findChildren<QPushButton *>())
+        knopf->setEnabled(knopf == m_ui->cmdAbbruch || (!gesperrt && !knopf->isHidden()));
+    if (gesperrt && m_fokusVorher && !m_fokusVorher->isEnabled())
+        lvSuche().setFocus(); // where the item can be deselected
+    else if (!gesperrt && m_fokusVorher && m_fokusVorher->isEnabled())
+        m_fokusVorher->setFocus();
 }
 
 void frmHauptkontakt::Form_Load()
@@ -162,10 +187,14 @@ void frmHauptkontakt::checkFlags()
 
 void frmHauptkontakt::setzeKnoepfe(int flagzahl)
 {
-    const auto verfuegbar = [this](bool hauptkontakt, bool transfer, bool fertig) {
-        setzeVerfuegbar(m_ui->cmdHauptkontakt, hauptkontakt);
-        setzeVerfuegbar(m_ui->cmdTransfer, transfer);
-        setzeVerfuegbar(m_ui->cmdFertig, fertig);
+    const auto setze = [this](QPushButton *knopf, bool verfuegbar) {
+        knopf->setEnabled(verfuegbar && !m_gesperrt);
+        knopf->setVisible(verfuegbar);
+    };
+    const auto verfuegbar = [this, setze](bool hauptkontakt, bool transfer, bool fertig) {
+        setze(m_ui->cmdHauptkontakt, hauptkontakt);
+        setze(m_ui->cmdTransfer, transfer);
+        setze(m_ui->cmdFertig, fertig);
     };
     switch (flagzahl) {
     case 0:
@@ -208,11 +237,17 @@ void frmHauptkontakt::zeigeFirma(const QString &firma)
 
 void frmHauptkontakt::Timer1_Timer()
 {
-    m_ui->lbHaupt->setVisible(m_ui->cmdHauptkontakt->isEnabled() && m_ui->lbHaupt->isHidden());
+    m_ui->lbHaupt->setVisible(!m_ui->cmdHauptkontakt->isHidden() && m_ui->lbHaupt->isHidden());
     m_ui->lbFirma->setVisible(!m_firmaGleich && m_ui->lbFirma->isHidden());
 }
 
 void frmHauptkontakt::reject()
 {
     m_haupt.ausgefuehrt([this] { cmdAbbruch_Click(); });
+}
+
+void frmHauptkontakt::keyPressEvent(QKeyEvent *ereignis)
+{
+    if (!ereignis->matches(QKeySequence::Cancel))
+        QDialog::keyPressEvent(ereignis);
 }

@@ -24,13 +24,16 @@ public:
     ~frmHauptkontakt() override;
 
 protected:
-    void reject() override; // Esc and the window's own button count as "Abbruch"
+    void reject() override; // the window's own button counts as "Abbruch"
+    void keyPressEvent(QKeyEvent *ereignis) override; // Esc does not end the program
 
 private:
     // Set-up and state of the window
     void Form_Load();
     void verbinde();
     void einzeln(void (frmHauptkontakt::*befehl)());
+    void warteAufBenutzer();
+    void sperre(bool gesperrt);
     void richteListenEin();
     void checkFlags();
     void setzeKnoepfe(int flagzahl);
@@ -80,4 +83,6 @@ private:
     bool m_hatNeben = false;
     bool m_firmaGleich = false;
     bool m_befehlLaeuft = false;
+    bool m_gesperrt = false;
+    QWidget *m_fokusVorher = nullptr; // one of the window's own
 };

@@ -39,7 +39,7 @@ void frmHauptkontakt::adoptiere(int &i)
         return;
     case KontaktListe::Neben:
         if (m_hatHaupt || m_hatNeben)
-            m_haupt.DoEventsUndWarten();
+            warteAufBenutzer();
         else
             übernimmGruppe(i);
         return;
@@ -51,7 +51,7 @@ void frmHauptkontakt::adoptiere(int &i)
         return;
     default:
         m_haupt.MsgBox({u"ERROR: Falscher Icon-Index!"_s});
-        m_haupt.DoEventsUndWarten();
+        warteAufBenutzer();
     }
 }
 
@@ -76,7 +76,7 @@ void frmHauptkontakt::übernimmGruppe(int i)
                   lvMitglieder().nummer(bezug));
     übertrageRest(lvMitglieder().Item(1));
     checkFlags(); // the search may have brought members without it
-    m_haupt.DoEventsUndWarten(); // an item that is still there, and still selected, is taken again
+    warteAufBenutzer(); // an item that is still there, and still selected, is taken again
 }
 
 void frmHauptkontakt::übertrageRest(const QTreeWidgetItem &item)

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QProxyStyle>
 #include <QTest>
 #include <QWindow>
 
@@ -101,8 +102,18 @@ TEST(Uebernehmen, LooksAtASecondaryContactAgainUntilItIsDeselected)
     Gefunden b(u"A; B N D2/X; C");
     b.macheHauptkontakt(u"A");
     b.tisch.yields = 0;
-    b.tisch.onYield = [&b] {
-        b.klicke(u"cmdÜbernehmen"); // a second click while the command runs does nothing
+    const auto verfuegbar = [&b] {
+        QStringList namen;
+        for (const QPushButton *knopf : b.fenster().findChildren<QPushButton *>()) {
+            if (knopf->isEnabled())
+                namen += knopf->objectName();
+        }
+        return namen.join(u' ');
+    };
+    const QString vorher = verfuegbar();
+    b.tisch.onYield = [&] {
+        EXPECT_EQ(verfuegbar(), u"cmdAbbruch"_s) << "what does nothing does not look as if it did";
+        Q_EMIT b.treffer().itemDoubleClicked(&b.treffer().Item(2), 0); // does nothing while the command runs
         if (b.tisch.yields == 5)
             b.waehle(b.treffer(), u"C");
     };
@@ -110,6 +121,46 @@ TEST(Uebernehmen, LooksAtASecondaryContactAgainUntilItIsDeselected)
     EXPECT_EQ(b.tisch.yields, 5);
     EXPECT_EQ(Buehne::inhalt(b.treffer()), u"B 2 D2/X"_s);
     EXPECT_EQ(Buehne::inhalt(b.mitglieder()), u"A 3, C 2"_s) << "then it goes on";
+    EXPECT_EQ(verfuegbar(), vorher);
+}
+
+TEST(Uebernehmen, SelectsNothingByItselfMeanwhile)
+{
+    Gefunden b(u"A; B N D2/X; C");
+    b.macheHauptkontakt(u"A");
+    b.treffer().setFocus();
+    b.tisch.onYield = [&b] {
+        ASSERT_EQ(b.tisch.yields, 1) << "taken again, though the user has deselected it";
+        b.treffer().clearSelection();
+        b.finde<QLineEdit>(u"tbSuche").setFocus();
+        b.treffer().setFocus(Qt::TabFocusReason);
+    };
+    b.tisch.yields = 0;
+    b.uebernimm(u"B");
+    EXPECT_EQ(b.tisch.yields, 1);
+    EXPECT_EQ(Buehne::inhalt(b.treffer()), u"B 2 D2/X, C 1"_s);
+    EXPECT_TRUE(b.treffer().istGewaehlt(1)) << "afterwards what the keyboard is on is selected";
+}
+
+TEST(Uebernehmen, TakesADoubleClickAlsoWhereOneClickActivates)
+{
+    struct EinKlick : QProxyStyle {
+        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                      QStyleHintReturn *data) const override
+        {
+            return hint == SH_ItemView_ActivateItemOnSingleClick ? 1
+                                                                 : QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    } stil;
+    Gefunden b(u"A; B; C");
+    b.treffer().setStyle(&stil);
+    const QPoint ort = b.treffer().visualItemRect(&b.treffer().Item(1)).topLeft() + QPoint(60, 5);
+    QTest::mouseClick(b.treffer().viewport(), Qt::LeftButton, {}, ort);
+    EXPECT_EQ(Buehne::ids(b.mitglieder()), u"A"_s);
+    EXPECT_TRUE(b.treffer().istGewaehlt(1));
+    QTest::mouseDClick(b.treffer().viewport(), Qt::LeftButton, {}, ort);
+    EXPECT_EQ(Buehne::ids(b.mitglieder()), u"A B"_s);
+    b.treffer().setStyle(nullptr);
 }
 
 TEST(Uebernehmen, EndsWithTheProgramMeanwhile)
