@@ -11,6 +11,7 @@
 #include "acthost/MainWindow.h"
 #include "acthost/Options.h"
 #include "platform/dbf/DbfDriver.h"
+#include "platform/desktop/application/EndRequests.h"
 #include "platform/errors/RunTimeError.h"
 
 using namespace Qt::StringLiterals;
@@ -63,6 +64,7 @@ int run(const Options &options)
     window.noticeAction()->setChecked(options.noticeOpen);
     connectStates(window, service, options.busName);
     window.hangingAction()->setChecked(options.hanging);
+    const desktop::EndRequests ending([] { QCoreApplication::exit(0); }); // the table is closed behind the event loop
     write(stdout, u"bereit\n"_s); // whoever starts the program with a pipe can wait for this line
     return QApplication::exec();
 }

@@ -8,6 +8,7 @@
 #include "groupeditor/frmHauptkontakt.h"
 #include "platform/automation/dbus/DBusAutomation.h"
 #include "platform/dao/embedded/EmbeddedEngine.h"
+#include "platform/desktop/application/EndRequests.h"
 #include "platform/desktop/qt/QtDesktop.h"
 #include "startup/Haupt.h"
 
@@ -19,6 +20,16 @@ QString programmordner()
 {
     const QString anderer = qEnvironmentVariable("VELDRAK_ORDNER");
     return QDir(anderer.isEmpty() ? QCoreApplication::applicationDirPath() : anderer).absolutePath();
+}
+
+// Before ACT!'s window was measured and minimised there is nothing to give back.
+void beende(Haupt &haupt)
+{
+    haupt.ausgefuehrt([&haupt] {
+        if (haupt.ActFensterBreite > 0)
+            haupt.ProgrammEnde();
+        haupt.SofortEnde();
+    });
 }
 
 int ausgefuehrt(Haupt &haupt)
@@ -51,5 +62,6 @@ int main(int argc, char *argv[])
     desktop::QtDesktop tisch([&automation](const QString &progId) { return automation.nameKnown(progId); });
     Haupt haupt(Umgebung{automation, *engine, tisch.messageBoxes, tisch.settings, tisch.clipboard, tisch.windows,
                          tisch.screen, tisch.clock, tisch.messageLoop, tisch.files, ordner});
+    const desktop::EndRequests endwunsch([&haupt] { beende(haupt); });
     return ausgefuehrt(haupt);
 }

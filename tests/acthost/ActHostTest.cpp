@@ -1,6 +1,9 @@
 // The program itself, without a screen, called over a bus of the test's own.
+#include <csignal>
+
 #include <gmock/gmock.h>
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "platform/automation/dbus/DBusAutomation.h"
@@ -94,6 +97,22 @@ TEST_F(ActHostTest, AContactWindowReadsAndWrites)
     second->call(u"createLookup"_s, {u"niemand"_s});
     EXPECT_EQ(failureOf(second, u"getfield"_s, {short(1)}), 3021);
     EXPECT_EQ(contacts->call(u"getfield"_s, {short(1)}).toString(), u"id-3"_s) << "windows are apart";
+}
+
+TEST_F(ActHostTest, ClosesItsTableWhenItIsAskedToEnd)
+{
+    const auto files = [this] { return QDir(folder.filePath(u"Büro"_s)).entryList(QDir::Files); };
+    const QStringList before = files();
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        start({u"--kontakt"_s, u"id-1"_s});
+        view()->call(u"SetField"_s, {short(62), u"N"_s});
+        kill(static_cast<pid_t>(host.processId()), signal);
+        ASSERT_TRUE(host.waitForFinished());
+        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(host.exitCode(), 0);
+        EXPECT_EQ(files(), before);
+    }
 }
 
 TEST_F(ActHostTest, CanBeBlockedUnreachableOrHanging)
