@@ -1,7 +1,6 @@
 // A contact program with an automation interface: what other programs meet as ACT! on this system.
-#include <algorithm>
 #include <cstdio>
-#include <string_view>
+#include <optional>
 
 #include <QAction>
 #include <QApplication>
@@ -11,6 +10,7 @@
 #include "acthost/MainWindow.h"
 #include "acthost/Options.h"
 #include "platform/dbf/DbfDriver.h"
+#include "platform/desktop/application/DisplayGuard.h"
 #include "platform/desktop/application/EndRequests.h"
 #include "platform/errors/RunTimeError.h"
 
@@ -73,15 +73,20 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    const bool asksForHelp = std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--help"; });
-    if (asksForHelp) { // needs no screen
+    QStringList words; // what can be said about them needs no display
+    for (int i = 1; i < argc; ++i)
+        words += QString::fromLocal8Bit(argv[i]);
+    if (words.contains(u"--help"_s)) {
         write(stdout, Options::helpText());
         return 0;
     }
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(u"acthost"_s); // the window's class follows from it
     try {
-        return run(Options::parse(QApplication::arguments().sliced(1)));
+        const Options options = Options::parse(words);
+        std::optional<desktop::DisplayGuard> guard(u"acthost"_s);
+        const QApplication application(argc, argv);
+        guard.reset();
+        QApplication::setApplicationName(u"acthost"_s); // the window's class follows from it
+        return run(options);
     } catch (const RunTimeError &error) {
         write(stderr, u"acthost: %1\nHilfe mit acthost --help\n"_s.arg(error.Description()));
         return 2;

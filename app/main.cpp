@@ -1,13 +1,17 @@
 // Puts the program together: the ports of this machine, one object with the program's state, and the event loop.
+#include <optional>
+
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QTranslator>
 
+#include "app/Befehlszeile.h"
 #include "groupeditor/frmHauptkontakt.h"
 #include "platform/automation/dbus/DBusAutomation.h"
 #include "platform/dao/embedded/EmbeddedEngine.h"
+#include "platform/desktop/application/DisplayGuard.h"
 #include "platform/desktop/application/EndRequests.h"
 #include "platform/desktop/qt/QtDesktop.h"
 #include "startup/Haupt.h"
@@ -45,7 +49,15 @@ int ausgefuehrt(Haupt &haupt)
 
 int main(int argc, char *argv[])
 {
+    QStringList woerter;
+    for (int i = 0; i < argc; ++i)
+        woerter += QString::fromLocal8Bit(argv[i]);
+    if (const std::optional<int> ergebnis = beantworteBefehlszeile(woerter))
+        return *ergebnis;
+
+    std::optional<desktop::DisplayGuard> wache(u"veldrak"_s);
     QApplication anwendung(argc, argv);
+    wache.reset();
     QApplication::setApplicationName(u"veldrak"_s);
     QApplication::setApplicationVersion(QStringLiteral(VELDRAK_VERSION));
     QApplication::setQuitOnLastWindowClosed(false); // the program's end is its own decision
