@@ -12,6 +12,7 @@
 #include "platform/dbf/DbfDriver.h"
 #include "platform/desktop/application/DisplayGuard.h"
 #include "platform/desktop/application/EndRequests.h"
+#include "platform/desktop/application/OnScreen.h"
 #include "platform/errors/RunTimeError.h"
 
 using namespace Qt::StringLiterals;
@@ -85,6 +86,7 @@ int main(int argc, char *argv[])
         std::optional<desktop::DisplayGuard> guard(u"acthost"_s);
         const QApplication application(argc, argv);
         guard.reset();
+        const desktop::OnScreen onScreen;
         QApplication::setApplicationName(u"acthost"_s); // the window's class follows from it
         return run(options);
     } catch (const RunTimeError &error) {

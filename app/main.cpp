@@ -13,6 +13,7 @@
 #include "platform/dao/embedded/EmbeddedEngine.h"
 #include "platform/desktop/application/DisplayGuard.h"
 #include "platform/desktop/application/EndRequests.h"
+#include "platform/desktop/application/OnScreen.h"
 #include "platform/desktop/qt/QtDesktop.h"
 #include "startup/Haupt.h"
 
@@ -58,6 +59,7 @@ int main(int argc, char *argv[])
     std::optional<desktop::DisplayGuard> wache(u"veldrak"_s);
     QApplication anwendung(argc, argv);
     wache.reset();
+    const desktop::OnScreen fensterwacht;
     QApplication::setApplicationName(u"veldrak"_s);
     QApplication::setApplicationVersion(QStringLiteral(VELDRAK_VERSION));
     QApplication::setQuitOnLastWindowClosed(false); // the program's end is its own decision

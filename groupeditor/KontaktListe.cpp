@@ -44,6 +44,7 @@ KontaktListe::KontaktListe(QWidget *parent)
     setLineWidth(2);
     const int zeile = std::max(16, fontMetrics().height());
     setIconSize(QSize(zeile, zeile));
+    setMinimumHeight(7 * zeile); // the header, some contacts and the scroll bar, also on a small screen
 }
 
 void KontaktListe::richteEin(const QStringList &felder, const Icons &icons)

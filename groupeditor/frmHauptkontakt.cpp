@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
-#include <QScreen>
 
 #include "groupeditor/frmFehlerHptkt.h"
 #include "ui_frmHauptkontakt.h"
@@ -63,7 +62,6 @@ frmHauptkontakt::frmHauptkontakt(Haupt &haupt)
     for (QLabel *warnung : {m_ui->lbHaupt, m_ui->lbFirma})
         gestalteAlsWarnung(warnung);
     setzeKnoepfe(0); // where a flag number leaves the buttons as they are, a main contact can be chosen
-    resize(size().boundedTo(screen()->availableSize()));
     verbinde();
     Form_Load();
 }

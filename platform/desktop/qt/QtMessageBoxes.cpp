@@ -1,10 +1,17 @@
 // Message boxes as the system's users know them: German buttons, Esc means no.
 #include "platform/desktop/qt/QtMessageBoxes.h"
 
+#include <algorithm>
+
 #include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QWindow>
+
+#include "platform/desktop/application/OnScreen.h"
 
 using namespace Qt::StringLiterals;
 
@@ -40,6 +47,29 @@ void placeAbove(QMessageBox &box, const QWidget *window)
         box.windowHandle()->setTransientParent(window->windowHandle());
 }
 
+// A text that is too long for the screen scrolls, so that the buttons stay there.
+void letTextScroll(QMessageBox &box)
+{
+    auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    if (!label || !grid)
+        return;
+    const QSize room = desktop::roomFor(box);
+    const int line = box.fontMetrics().lineSpacing();
+    const int width = std::min(room.width() - 12 * line, 40 * line);
+    const int height = room.height() - 7 * line; // for the buttons and what is around
+    label->setWordWrap(true);
+    const bool fits = label->heightForWidth(std::min(width, room.width() / 2)) <= height;
+    if (fits && label->minimumSizeHint().width() <= width) // the longest word's
+        return;
+    auto *scroll = new QScrollArea(&box);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setMinimumSize(width, std::min(height, label->heightForWidth(width) + line));
+    delete grid->replaceWidget(label, scroll);
+    scroll->setWidget(label);
+}
+
 } // namespace
 
 namespace desktop {
@@ -60,6 +90,7 @@ Answer QtMessageBoxes::show(const Box &box)
     shown.setDefaultButton(first);
     shown.setEscapeButton(last);
 
+    letTextScroll(shown);
     placeAbove(shown, QApplication::activeWindow());
     shown.exec();
     if (!asks)
