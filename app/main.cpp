@@ -15,6 +15,7 @@
 #include "platform/desktop/application/EndRequests.h"
 #include "platform/desktop/application/OnScreen.h"
 #include "platform/desktop/qt/QtDesktop.h"
+#include "startup/Bilder.h"
 #include "startup/Haupt.h"
 
 using namespace Qt::StringLiterals;
@@ -69,7 +70,7 @@ int main(int argc, char *argv[])
         QApplication::installTranslator(&deutsch);
 
     const QString ordner = programmordner();
-    QApplication::setWindowIcon(QIcon(ordner + u"/bilder/icons/veldrak.ico"_s));
+    QApplication::setWindowIcon(QIcon(bilddatei(ordner, u"veldrak.ico"_s)));
 
     DBusAutomation automation;
     const auto engine = dao::makeEmbeddedEngine();

@@ -1,12 +1,14 @@
 // The main window: how it is loaded, and how its buttons and warnings follow the group.
 #include "groupeditor/frmHauptkontakt.h"
 
-#include <QFileInfo>
+#include <algorithm>
+
 #include <QKeyEvent>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
 #include "groupeditor/frmFehlerHptkt.h"
+#include "startup/Bilder.h"
 #include "ui_frmHauptkontakt.h"
 
 using namespace Qt::StringLiterals;
@@ -17,8 +19,6 @@ namespace {
 // A role must be told apart in a selected row, too: left alone, the style would tint its icon there.
 QIcon lade(const QString &datei)
 {
-    if (!QFileInfo::exists(datei))
-        throw RunTimeError(53, u"Datei nicht gefunden: "_s + datei);
     const QIcon geladen(datei);
     QIcon icon;
     for (const QSize &groesse : geladen.availableSizes()) {
@@ -153,6 +153,8 @@ void frmHauptkontakt::Form_Load()
     if (m_haupt.konfiguration.AutoSuche)
         sucheKontakte(m_ui->tbSuche->text(), m_haupt.Kontakt->Mandant, m_haupt.Kontakt->Nummer);
     checkFlags();
+    if (m_bilderFehlen)
+        m_haupt.MsgBox({u"Die Symbole der Kontakte fehlen (bilder/icons). Ihre Rolle steht im Hinweistext."_s});
 }
 
 void frmHauptkontakt::richteListenEin()
@@ -160,12 +162,13 @@ void frmHauptkontakt::richteListenEin()
     QStringList felder;
     for (qint16 i = 1; i <= m_haupt.SyncFelder.FelderAnzahl(); ++i)
         felder += m_haupt.SyncFelder.SyncFeldname(i);
-    const QString ordner = m_haupt.umgebung().programmordner + u'/';
-    const KontaktListe::Icons icons
-        = {lade(ordner + u"bilder/icons/unbek.ico"_s), lade(ordner + u"bilder/icons/neben.ico"_s),
-           lade(ordner + u"bilder/icons/haupt.ico"_s)};
+    const std::array<QString, 3> namen = {u"unbek.ico"_s, u"neben.ico"_s, u"haupt.ico"_s};
+    KontaktListe::Icons icons;
+    for (std::size_t i = 0; i < namen.size(); ++i)
+        icons[i] = lade(bilddatei(m_haupt.umgebung().programmordner, namen[i]));
     lvSuche().richteEin(felder, icons);
     lvMitglieder().richteEin(felder, icons);
+    m_bilderFehlen = std::any_of(icons.begin(), icons.end(), [](const QIcon &icon) { return icon.isNull(); });
 }
 
 void frmHauptkontakt::checkFlags()

@@ -82,6 +82,7 @@ private:
     bool m_hatHaupt = false;
     bool m_hatNeben = false;
     bool m_firmaGleich = false;
+    bool m_bilderFehlen = false;
     bool m_befehlLaeuft = false;
     bool m_gesperrt = false;
     QWidget *m_fokusVorher = nullptr; // one of the window's own

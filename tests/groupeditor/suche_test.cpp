@@ -1,6 +1,8 @@
 // The window as it is loaded, its search, and how buttons and warnings follow the group.
 #include <gmock/gmock.h>
 
+#include <QDir>
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,6 +40,39 @@ TEST(Fenster, LoadsWithTheCurrentContact)
     b.zeige(0, true); // as configured, it searches at once
     EXPECT_EQ(Buehne::inhalt(b.mitglieder()), u"A 2 D1/M, B 2 D1/M"_s);
     EXPECT_TRUE(b.haupt().Status().isHidden());
+}
+
+TEST(Fenster, DoesWithoutItsIconsAndSaysSoOnce)
+{
+    Buehne b(u"A H D1/M; B N D1/M");
+    b.zeige();
+    const auto lade = [&b](const QString &programmordner) {
+        Haupt haupt(umgebung(b.act, b.engine(), b.tisch, programmordner));
+        haupt.ActApp = b.haupt().ActApp;
+        haupt.ActKontaktfenster = b.haupt().ActKontaktfenster;
+        haupt.konfiguration = b.haupt().konfiguration;
+        haupt.konfiguration.AutoSuche = true;
+        haupt.SyncFelder.init(b.haupt().umgebung().programmordner + u"/veldrak.piz"_s, coding::mappingZugriff());
+        haupt.Kontakt = gelesenerKontakt(haupt);
+        const frmHauptkontakt fenster(haupt);
+        const auto &liste = *fenster.findChild<KontaktListe *>(u"lvMitglieder"_s);
+        EXPECT_EQ(Buehne::inhalt(liste), u"A 3 D1/M, B 2 D1/M"_s);
+        return !liste.Item(1).icon(0).isNull();
+    };
+    // An installed program has them beside its bin.
+    const QString installiert = QCoreApplication::applicationDirPath() + u"/../share/veldrak"_s;
+    QFile::remove(installiert + u"/bilder"_s);
+    b.tisch.boxes.clear();
+    EXPECT_FALSE(lade(b.ordner()));
+    EXPECT_THAT(b.tisch.boxTexts(),
+                ElementsAre(u"Die Symbole der Kontakte fehlen (bilder/icons). Ihre Rolle steht im Hinweistext."_s));
+
+    ASSERT_TRUE(QDir().mkpath(installiert));
+    ASSERT_TRUE(QFile::link(QStringLiteral(VELDRAK_BILDER), installiert + u"/bilder"_s));
+    b.tisch.boxes.clear();
+    EXPECT_TRUE(lade(b.ordner()));
+    EXPECT_THAT(b.tisch.boxTexts(), testing::IsEmpty());
+    QFile::remove(installiert + u"/bilder"_s);
 }
 
 TEST(Fenster, BlinksItsWarnings)
