@@ -46,10 +46,10 @@ private:
     throw AutomationError(RunTimeError::UnknownMember, member);
 }
 
-QVariant applicationCall(FakeAct &act, const AutomationObjectPtr &views, const QString &member, const Arguments &in)
+QVariant applicationCall(FakeAct &act, const QString &member, const Arguments &in)
 {
     if (member == u"Views")
-        return QVariant::fromValue(views);
+        return QVariant::fromValue(act.views());
     if (member == u"getsize") {
         in.at(0).store(act.windowSize.width());
         in.at(1).store(act.windowSize.height());
@@ -109,11 +109,10 @@ FakeAct::FakeAct()
     m_views = std::make_shared<FakeObject>(*this, [this](const QString &member, const Arguments &) -> QVariant {
         if (member != u"Create")
             unknown(member);
-        return createYieldsNothing ? QVariant() : QVariant::fromValue(m_view);
+        return createYieldsNothing ? QVariant() : QVariant::fromValue(contactWindow());
     });
-    m_application = std::make_shared<FakeObject>(*this, [this](const QString &member, const Arguments &in) {
-        return applicationCall(*this, m_views, member, in);
-    });
+    m_application = std::make_shared<FakeObject>(
+        *this, [this](const QString &member, const Arguments &in) { return applicationCall(*this, member, in); });
 }
 
 AutomationObjectPtr FakeAct::CreateObject(const QString &progId)
@@ -123,7 +122,12 @@ AutomationObjectPtr FakeAct::CreateObject(const QString &progId)
         --objectsRefused;
         return nullptr;
     }
-    return m_application;
+    return application();
+}
+
+AutomationObjectPtr FakeAct::handle(const QString &name, const AutomationObjectPtr &object)
+{
+    return {object.get(), [this, name](AutomationObject *) { released += name; }};
 }
 
 FakeAct::Contact *FakeAct::find(const QString &uniqueId)

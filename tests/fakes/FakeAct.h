@@ -17,6 +17,7 @@ public:
 
     FakeAct();
 
+    QStringList released; ///< "application", "views" and "window", as the program let go of them
     std::vector<Contact> contacts;
     std::size_t current = 0;
     QString databasePath;
@@ -31,13 +32,17 @@ public:
     std::function<void(const QString &call)> afterwards; ///< called with each call that was carried out; may throw
 
     AutomationObjectPtr CreateObject(const QString &progId) override;
-    /// The same object that the program gets as its contact window.
-    AutomationObjectPtr contactWindow() const { return m_view; }
+    /// The objects that the program gets. They must not outlive this one.
+    AutomationObjectPtr application() { return handle(QStringLiteral("application"), m_application); }
+    AutomationObjectPtr views() { return handle(QStringLiteral("views"), m_views); }
+    AutomationObjectPtr contactWindow() { return handle(QStringLiteral("window"), m_view); }
     Contact *find(const QString &uniqueId);
     /// The calls of one member, for example all "SetField(...)".
     QStringList callsOf(const QString &member) const;
 
 private:
+    AutomationObjectPtr handle(const QString &name, const AutomationObjectPtr &object);
+
     AutomationObjectPtr m_application;
     AutomationObjectPtr m_views;
     AutomationObjectPtr m_view;

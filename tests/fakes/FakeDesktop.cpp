@@ -56,7 +56,7 @@ void FakeDesktop::save(const QString &application, const QString &section, const
 
 void FakeDesktop::setText(const QString &text)
 {
-    clipboard = text;
+    clipboard += text;
     clipboardHistory += text;
 }
 
@@ -82,4 +82,10 @@ QStringList FakeDesktop::list(const QString &pattern) const
 {
     const QFileInfo wanted(storage::localPath(pattern));
     return wanted.dir().entryList({wanted.fileName()}, QDir::Files, QDir::Name | QDir::IgnoreCase);
+}
+
+QString FakeDesktop::shortPath(const QString &path) const
+{
+    const auto found = shortPaths.find(path);
+    return found == shortPaths.end() ? path : found->second;
 }

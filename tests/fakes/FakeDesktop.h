@@ -36,7 +36,7 @@ public:
 
     std::map<QString, QString> settings; ///< by "application/section/key"
     bool settingsReadOnly = false; ///< then saving is error 75
-    QString clipboard;
+    QString clipboard; ///< a text is added to what is there unless it was cleared
     QStringList clipboardHistory;
     std::optional<std::vector<desktop::Window>> windows{
         {{QStringLiteral("acthost"), QStringLiteral("ACT! - Kontakte")}}};
@@ -44,6 +44,7 @@ public:
     double seconds = 0; ///< each rest moves it a quarter on
     std::function<void()> onYield;
     int yields = 0;
+    std::map<QString, QString> shortPaths; ///< of those paths that have another one
     bool quitCalled = false;
 
     desktop::Answer show(const desktop::Box &box) override;
@@ -66,5 +67,5 @@ public:
     void quit() override { quitCalled = true; }
     bool exists(const QString &path) const override;
     QStringList list(const QString &pattern) const override;
-    QString shortPath(const QString &path) const override { return path; }
+    QString shortPath(const QString &path) const override;
 };

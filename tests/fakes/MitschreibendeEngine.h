@@ -15,7 +15,11 @@ public:
         : m_engine(std::move(engine))
     { }
 
-    QStringList protokoll; ///< "CreateWorkspace(...)", "OpenDatabase(file, connect)", "Close(workspace)", and all SQL
+    /// "CreateWorkspace(...)", "OpenDatabase(file, connect)" with ", read-only" if it is, "Close(workspace)", and all
+    /// SQL.
+    QStringList protokoll;
+    /// Databases that nobody has closed or let go of, by file, and recordsets that nobody has closed, by SQL.
+    QStringList offen;
     /// Called with each statement before it runs; may throw in its place.
     std::function<void(const QString &sql)> vorher;
     /// The same with each file before it is opened.
