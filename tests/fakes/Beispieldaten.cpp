@@ -37,7 +37,7 @@ const Feld felder[] = {
     {u"ZIP",       u"PersKtoPLZ",      u"PLZ",      7,  true,  false, false, &Person::plz},
     {u"CITY",      u"PersKtoOrt",      u"Ort",      8,  true,  false, false, &Person::ort},
     {u"Telefon",   u"PersKtoTelefon",  u"Telefon",  11, true,  true,  true,  &Person::telefon},
-    {u"Telefax",   u"PersKtoTelefax",  u"Fax",      13, true,  false, true,  &Person::fax},
+    {u"Telefax",   u"PersKtoTelefax",  u"Fax",      13, true,  true,  true,  &Person::fax},
     {u"Handy",     u"PersKtoMobil",    u"Handy",    14, true,  true,  true,  &Person::handy},
     {u"EMAIL",     u"PersKtoEmail",    u"Email",    15, true,  true,  true,  &Person::email},
     {u"URL",       u"PersKtoInternet", u"URL",      17, true,  false, false, &Person::url},
@@ -199,14 +199,15 @@ void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &k
               "PersKommNr TEXT(60), PersKommAnsprech TEXT(50), PersKommTyp SHORT, "
               "CONSTRAINT PrimaryKey PRIMARY KEY (PersKommNummer, PersKommLfdNr))"_s,
               u"CREATE TABLE sSchlbez (SchlbezTyp SHORT, SchlbezNr SHORT, SchlbezBez TEXT(40))"_s,
-              u"INSERT INTO sSchlbez VALUES (10, 1, 'Post')"_s, u"INSERT INTO sSchlbez VALUES (20, 4, 'Messepreise')"_s,
-              u"INSERT INTO sSchlbez VALUES (20, 5, 'Mitarbeiter')"_s,
+              u"INSERT INTO sSchlbez VALUES (10, 1, 'Post')"_s,
+              u"INSERT INTO sSchlbez VALUES (20, 14, 'Messepreise')"_s,
+              u"INSERT INTO sSchlbez VALUES (20, 17, 'Mitarbeiter')"_s,
               u"CREATE TABLE SABFKons (FKAbfPreisGrp1 TEXT(30), FKAbfPreisGrp2 TEXT(30), FKAbfPreisGrp3 TEXT(30))"_s,
               u"INSERT INTO SABFKons VALUES ('Endkunden', 'Händler', 'Großhandel')"_s,
               u"CREATE TABLE Waehrung (WhrgNr SHORT, WhrgName TEXT(30))"_s,
-              u"INSERT INTO Waehrung VALUES (3, 'Schweizer Franken')"_s,
-              u"INSERT INTO Waehrung VALUES (0, 'Deutsche Mark')"_s, u"INSERT INTO Waehrung VALUES (1, 'Euro')"_s,
-              u"INSERT INTO Waehrung VALUES (2, 'US-Dollar')"_s});
+              u"INSERT INTO Waehrung VALUES (9, 'Schweizer Franken')"_s,
+              u"INSERT INTO Waehrung VALUES (3, 'Deutsche Mark')"_s, u"INSERT INTO Waehrung VALUES (5, 'Euro')"_s,
+              u"INSERT INTO Waehrung VALUES (7, 'US-Dollar')"_s});
     datenbank->Close();
 }
 

@@ -39,8 +39,8 @@ void erzeugeIni(const QString &ordner, const QString &pckPfad, bool datevNr = fa
 /// PersKtoNummer and PersKtoArt. Returns its path.
 QString erzeugeMapping(dao::DBEngine &engine, const QString &ordner);
 
-/// A client with no accounts, price lists 4 and 5 (and rows of another type), price groups, and four currencies with
-/// the euro in second place. `pfad` ends in .PCK; without password unless one is given.
+/// A client with no accounts, price lists 14 and 17 (and rows of another type), price groups, and four currencies with
+/// the euro, number 5, in second place. `pfad` ends in .PCK; without password unless one is given.
 void erzeugeMandant(dao::DBEngine &engine, const QString &pfad, const QString &kennwort = {},
                     dao::DBEngine::Version version = dao::DBEngine::dbVersion40);
 

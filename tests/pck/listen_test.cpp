@@ -10,8 +10,8 @@ TEST_F(Listen, OfPricesAreCountedAndReadByIndex)
 {
     oeffneNeuen();
     EXPECT_EQ(m_pck.Anzahl_Preislisten(), QVariant(2));
-    EXPECT_EQ(m_pck.Preisliste(0), u"4 - Messepreise"_s);
-    EXPECT_EQ(m_pck.Preisliste(1), u"5 - Mitarbeiter"_s);
+    EXPECT_EQ(m_pck.Preisliste(0), u"14 - Messepreise"_s);
+    EXPECT_EQ(m_pck.Preisliste(1), u"17 - Mitarbeiter"_s);
     EXPECT_EQ(m_pck.Preisliste(2), u""_s);
     EXPECT_EQ(m_pck.Preisgruppe(3), u"Großhandel"_s);
     EXPECT_EQ(m_engine.protokoll[0], u"Select SchlbezTyp FROM sSchlbez WHERE SchlbezTyp = 20"_s);
@@ -30,8 +30,8 @@ TEST_F(Listen, OfCurrenciesShowTheirOwnErrors)
     const QString falsch = u"Fehler in Klasse clPCK, Modul Waehrung\r\nFehlerbeschreibung: Index ist falsch"_s;
     oeffneNeuen();
     EXPECT_EQ(m_pck.Anzahl_Waehrungen(), QVariant(4));
-    EXPECT_EQ(m_pck.Waehrung(0), u"0 - Deutsche Mark"_s);
-    EXPECT_EQ(m_pck.Waehrung(3), u"3 - Schweizer Franken"_s);
+    EXPECT_EQ(m_pck.Waehrung(0), u"3 - Deutsche Mark"_s);
+    EXPECT_EQ(m_pck.Waehrung(3), u"9 - Schweizer Franken"_s);
     EXPECT_EQ(m_pck.Waehrung(4), u"0 - Fehler!"_s);
     EXPECT_EQ(m_pck.Waehrung(-1), u"0 - Fehler!"_s);
     fuehreAus({u"DELETE FROM Waehrung"_s});

@@ -57,7 +57,7 @@ void TransferTest::legeMandantAn(const QString &datei)
     ASSERT_TRUE(QFile::copy(vorlage, mandant(datei)));
 }
 
-void TransferTest::zeige(const std::vector<beispiel::Person> &personen)
+void TransferTest::zeige(const std::vector<beispiel::Person> &personen, int hauptIndex)
 {
     bereiteEngine();
     m_haupt = gestarteterHaupt(m_act, *m_programmEngine, m_tisch, m_ordner.path() + u'/');
@@ -66,9 +66,9 @@ void TransferTest::zeige(const std::vector<beispiel::Person> &personen)
         m_act.current = m_act.contacts.size();
         m_act.contacts.push_back(beispiel::alsAct(person));
         m_haupt->Mitglieder.push_back(gelesenerKontakt(*m_haupt));
-        m_haupt->Mitglieder.back()->Typ = m_act.current == 0 ? u"H"_s : u"N"_s;
+        m_haupt->Mitglieder.back()->Typ = m_haupt->AnzahlMitglieder() == hauptIndex ? u"H"_s : u"N"_s;
     }
-    m_haupt->HauptIndex = 1;
+    m_haupt->HauptIndex = hauptIndex;
     m_act.calls.clear();
     m_ablauf.clear();
     m_dialog = nullptr;

@@ -29,8 +29,8 @@ protected:
     /// A setting of the user, which outlives the run.
     QString &gemerkt(const QString &name) { return m_tisch.settings[QStringLiteral("VELDRAK/Setting/") + name]; }
 
-    /// Makes the group of these people, the first with role "H", and loads and shows the dialog.
-    void zeige(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
+    /// Makes the group of these people, one with role "H", and loads and shows the dialog.
+    void zeige(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe(), int hauptIndex = 1);
     /// zeige() with a remembered client "Muster.PCK", which is then selected.
     void zeigeMitMandant(const std::vector<beispiel::Person> &personen = beispiel::firmengruppe());
     frmÜbertragung &dialog() { return *m_dialog; }
@@ -47,6 +47,9 @@ protected:
     static QString zeilenVon(const QComboBox &liste); ///< joined by "|"
     /// A query on Muster.PCK.
     QStringList zeilen(const QString &abfrage) { return beispiel::zeilen(*m_engine, mandant(), abfrage); }
+
+    /// What the program has not closed.
+    QStringList offen() const { return m_programmEngine->offen; }
 
     /// What went to the client and to ACT!, in order, as "SQL ..." and "ACT ..."; questions to the mapping left out.
     QStringList m_ablauf;

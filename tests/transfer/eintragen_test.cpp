@@ -28,14 +28,24 @@ protected:
 
 TEST_F(Eintragen, DebtorWithDatevFollowsTheRecordStepByStep)
 {
-    zeigeMitMandant();
+    std::vector<beispiel::Person> personen = beispiel::firmengruppe();
+    std::swap(personen[0], personen[1]);
+    legeMandantAn(u"Alt.PCK"_s);
+    beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000000"_s, u"D123456"_s});
+    gemerkt(u"Mandant"_s) = u"2"_s;
+    zeige(personen, 2);
     m_haupt->konfiguration.DatevNr = true;
     liste(u"cbxPreisliste").setCurrentIndex(2);
     feld(u"txbRabatt").setText(u"3"_s);
     feld(u"txbLaendercode").setText(u"43"_s);
+    m_haupt->Status().setze_ProgressBar1(7);
     m_tisch.boxes.clear();
-    m_tisch.settings.clear();
     m_ablauf.clear();
+    m_tisch.onYield = [this] {
+        const frmStatus &status = m_haupt->Status();
+        m_ablauf += u"STATUS %1 %2"_s.arg(status.isVisible() ? status.ProgressBar1() : -1).arg(status.lbStatus());
+        m_tisch.settings.clear(); // they are saved again at the end
+    };
     eintragen();
 
     for (const QString &konto : zeilen(konten))
@@ -46,26 +56,27 @@ TEST_F(Eintragen, DebtorWithDatevFollowsTheRecordStepByStep)
     for (qsizetype i = 0; i <= m_ablauf.size(); ++i)
         ASSERT_EQ(m_ablauf.value(i), soll.section(u'\n', i, i)) << "line " << i + 1;
     for (std::size_t i = 0; i < 4; ++i)
-        EXPECT_EQ(inAct(i, 60) + inAct(i, 61) + inAct(i, 62), u"D000000Muster.PCK"_s + (i == 0 ? u'H' : u'N'));
-    EXPECT_EQ(inAct(1, 14), u"[41]79 5550022"_s);
-    EXPECT_EQ(gemerkt(u"Typ"_s) + gemerkt(u"Mandant"_s) + gemerkt(u"Laendercode"_s), u"0143"_s);
+        EXPECT_EQ(inAct(i, 60) + inAct(i, 61) + inAct(i, 62), u"D123457Muster.PCK"_s + (i == 1 ? u'H' : u'N'));
+    EXPECT_EQ(inAct(0, 14), u"[41]79 5550022"_s);
+    EXPECT_EQ(gemerkt(u"Typ"_s) + gemerkt(u"Mandant"_s), u"02"_s);
     EXPECT_THAT(m_tisch.boxTexts(), SizeIs(2)) << "the number's and the type's column, which the template leaves out";
     EXPECT_TRUE(m_haupt->beendet() && m_haupt->Status().isHidden());
-    EXPECT_EQ(m_haupt->Status().ProgressBar1(), 100);
+    EXPECT_THAT(offen(), testing::Each(u"veldrak.piz"_s));
     EXPECT_EQ(m_tisch.clipboardHistory.size(), ablaufMit(u"SQL UPDATE"_s).size() + ablaufMit(u"SQL INSERT"_s).size());
 }
 
 TEST_F(Eintragen, TypeDecidesWhatIsWritten)
 {
-    const QString code = u"PersKtoLaendercode=49"_s, rabatt = u"PersKtoRabatt=0"_s, preis = u"PersKtoPreisGruppe=0"_s;
-    const QString waehrung = u"PersKtoDefWaehrungIdx=1"_s, datevNr = u"PersKtoDATEVNr='00000'"_s;
+    const QString code = u"PersKtoLaendercode="_s, rabatt = u"PersKtoRabatt=0"_s, preis = u"PersKtoPreisGruppe="_s;
+    const QString waehrung = u"PersKtoDefWaehrungIdx=5"_s, datevNr = u"PersKtoDATEVNr='00000'"_s;
     // clang-format off
-    struct Row { const char *name; int typ; bool datev; QStringList soll; };
+    struct Row { const char *name; int typ; bool datev; int preisliste; QString code; QStringList soll; };
     const Row rows[] = {
-        {"debtor",              0, false, {rabatt, code, preis, waehrung}},
-        {"creditor with DATEV", 1, true,  {rabatt, code, waehrung, datevNr}},
-        {"employee with DATEV", 2, true,  {code, waehrung}},
-        {"address with DATEV",  3, true,  {code}},
+        {"debtor",              0, false, 0, u"1"_s,   {rabatt, code + u'1', preis + u'0', waehrung}},
+        {"on a price list",     0, false, 4, u"4,9"_s, {rabatt, code + u'4', preis + u"14"_s, waehrung}},
+        {"creditor with DATEV", 1, true,  0, u"999"_s, {rabatt, code + u"999"_s, waehrung, datevNr}},
+        {"employee with DATEV", 2, true,  4, u"43"_s,  {code + u"43"_s, waehrung}},
+        {"address with DATEV",  3, true,  4, {},       {code + u"49"_s}},
     };
     // clang-format on
     for (const Row &row : rows) {
@@ -73,13 +84,14 @@ TEST_F(Eintragen, TypeDecidesWhatIsWritten)
         gemerkt(u"Typ"_s) = QString::number(row.typ);
         zeigeMitMandant({beispiel::firmengruppe()[0]});
         m_haupt->konfiguration.DatevNr = row.datev;
-        feld(u"txbLaendercode").clear();
+        liste(u"cbxPreisliste").setCurrentIndex(row.preisliste);
+        feld(u"txbLaendercode").setText(row.code);
         eintragen();
         QStringList geschrieben;
         for (const QString &zeile : m_ablauf.filter(QRegularExpression(u"UPDATE (SPersKto|.*DATEVNr)"_s)))
             geschrieben += zeile.section(u" SET "_s, 1).section(u" WHERE "_s, 0, 0);
         EXPECT_EQ(geschrieben, row.soll);
-        EXPECT_EQ(gemerkt(u"Laendercode"_s), u"49"_s) << "an empty code is the German one";
+        EXPECT_EQ(gemerkt(u"Laendercode"_s), row.code.isEmpty() ? u"49"_s : row.code);
     }
 }
 
@@ -87,7 +99,9 @@ TEST_F(Eintragen, NumberTakenMeanwhileStopsItOnce)
 {
     zeigeMitMandant();
     beispiel::fuegeKontenHinzu(*m_engine, mandant(), {u"D000000"_s});
+    m_tisch.settings.clear();
     eintragen();
+    EXPECT_EQ(gemerkt(u"Typ"_s) + gemerkt(u"Mandant"_s) + gemerkt(u"Laendercode"_s), u"0149"_s) << "saved before";
     EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Die Nummer D000000 ist schon vergeben !"_s));
     EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty());
     EXPECT_THAT(m_act.callsOf(u"SetField"_s), IsEmpty());

@@ -39,7 +39,7 @@ TEST_F(Laden, SelectsWhatWasUsedLast)
         EXPECT_EQ(feld(u"txbRabatt").text(), u"0,00"_s);
         EXPECT_EQ(nummer(), row.nummer);
         EXPECT_EQ(liste(u"cbxPreisliste").currentText(), u"Keine"_s);
-        EXPECT_EQ(liste(u"cbxWaehrung").currentText(), row.zeigtMandant == u"Muster.PCK" ? u"1 - Euro"_s : QString());
+        EXPECT_EQ(liste(u"cbxWaehrung").currentText(), row.zeigtMandant == u"Muster.PCK" ? u"5 - Euro"_s : QString());
     }
     EXPECT_THAT(m_tisch.boxTexts(), ElementsAre(u"Bitte geben Sie eine Ländervorwahl zwischen 1 und 999 ein."_s))
         << "of the code that is no number";
@@ -87,7 +87,9 @@ TEST_F(Laden, TellsItsStepsAndShowsTheGroup)
         EXPECT_TRUE(m_haupt->Status().isVisible());
     };
     legeMandantAn(u"Alt.PCK"_s);
-    zeige();
+    std::vector<beispiel::Person> personen = beispiel::firmengruppe();
+    personen[1].firma = u"Äpfelbach KG"_s;
+    zeige(personen, 2);
     schritte.removeDuplicates();
     EXPECT_EQ(schritte.join(u'\n').toStdString(),
               "Vorbereitung für den Transfer...\nListen initialisieren...\nListe für Mandanten füllen...\n"
@@ -95,11 +97,13 @@ TEST_F(Laden, TellsItsStepsAndShowsTheGroup)
               "Zuletzt verwendeten Typ auswählen...\nZuletzt verwendeten Ländercode auswählen...");
     EXPECT_TRUE(m_haupt->Status().isHidden());
     EXPECT_EQ(zeilenVon(liste(u"cbxMandant")), u"Mandantenauswahl|Alt.PCK|Muster.PCK"_s);
-    EXPECT_EQ(finde<QLabel>(u"lbFirma").text(), u"Hansen & Söhne GmbH"_s);
+    EXPECT_EQ(finde<QLabel>(u"lbFirma").text(), u"Äpfelbach KG"_s);
     const auto &namen = finde<QListWidget>(u"lbxNamen");
-    ASSERT_EQ(namen.count(), 4);
-    EXPECT_EQ(namen.currentItem()->text(), u"Petra Sommer"_s);
-    EXPECT_EQ(namen.item(3)->text(), u"Zoë Kühn"_s);
+    QStringList alle;
+    for (int i = 0; i < namen.count(); ++i)
+        alle += namen.item(i)->text();
+    EXPECT_EQ(alle.join(u'|'), u"Jörg Äpfelbach|Petra Sommer|Weiß|Zoë Kühn"_s) << "the main contact first";
+    EXPECT_EQ(namen.currentRow(), 0);
     EXPECT_EQ(feld(u"txbLaendercode").toolTip(), u"internationale Ländervorwahl (D=49; A=43,CH=41 etc."_s);
 }
 
@@ -141,7 +145,7 @@ TEST_F(Laden, ClientChangeReadsPricesOnceAndCurrenciesTwice)
               u"SQL SELECT PersKtoNummer  FROM sPersKto  WHERE PersKtoArt=68  "
               "AND PersKtoNummer >= 'D000000'  ORDER BY PersKtoNummer DESC"_s);
     EXPECT_EQ(zeilenVon(liste(u"cbxPreisliste")),
-              u"Keine|1 - Endkunden|2 - Händler|3 - Großhandel|4 - Messepreise|5 - Mitarbeiter"_s);
+              u"Keine|1 - Endkunden|2 - Händler|3 - Großhandel|14 - Messepreise|17 - Mitarbeiter"_s);
 }
 
 TEST_F(Laden, LastCurrencyCalledEuroIsSelected)

@@ -61,18 +61,18 @@ TEST_F(Stoerungen, LeaveWhatCanBeExplained)
         QStringList konten; int eintraege; int verknuepft;
     };
     const Row rows[] = {
-        {"none", {u"-"_s}, u"Hinweis"_s, {konto + u'1'}, 14, 4},
+        {"none", {u"-"_s}, u"Hinweis"_s, {konto + u'5'}, 14, 4},
         {"no right to open it again", {u"OPEN Muster"_s, keinRecht}, u"Fehler !\r\n3051:gestört"_s, {}, 0, 0},
         {"ACT! gone before the account", {u"ACT createLookup"_s, actWeg}, weg, {}, 0, 0},
         {"ACT! gone amid the account", {u"INSERT INTO sPersKto"_s, actWeg}, weg, {konto + u'0'}, 0, 0},
-        {"ACT! gone amid the members", {u"'Jörg Äpfelbach'"_s, actWeg}, weg, {konto + u'1'}, 14, 0},
-        {"ACT! gone in the write-back", {u"SetField(17, )"_s, actWeg}, weg, {konto + u'1'}, 14, 2},
+        {"ACT! gone amid the members", {u"'Jörg Äpfelbach'"_s, actWeg}, weg, {konto + u'5'}, 14, 0},
+        {"ACT! gone in the write-back", {u"SetField(17, )"_s, actWeg}, weg, {konto + u'5'}, 14, 2},
         {"read-only before the account", {u"INSERT INTO sPersKto"_s, nurLesen}, gesperrt, {}, 0, 0},
         {"read-only amid the values", {u"SET PersKtoOrt="_s, nurLesen}, gesperrt, {konto + u'0'}, 0, 0},
-        {"read-only amid the members", {u"'','Jörg Äpfelbach'"_s, nurLesen}, gesperrt, {konto + u'1'}, 3, 0},
+        {"read-only amid the members", {u"'','Jörg Äpfelbach'"_s, nurLesen}, gesperrt, {konto + u'5'}, 3, 0},
         {"number taken by another", {u"Select PersKtoNummer"_s, 0, neuesKonto}, vergeben, {fremdes}, 0, 0},
         {"account deleted by another", {u"SET PersKtoOrt="_s, 0, geloescht}, u"Hinweis"_s, {}, 14, 4},
-        {"entry of another", {u"PersKommLfdNr,PersKommName"_s, 0, eintrag}, doppelt, {konto + u'1'}, 1, 0},
+        {"entry of another", {u"PersKommLfdNr,PersKommName"_s, 0, eintrag}, doppelt, {konto + u'5'}, 1, 0},
     };
     // clang-format on
     for (const Row &row : rows) {
