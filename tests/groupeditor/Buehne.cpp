@@ -15,15 +15,16 @@ Buehne::Buehne(QStringView personen)
     const std::vector<beispiel::Person> alle = beispiel::leute(personen.toString() + u"; Z - - Zeta Handel"_s);
     for (const beispiel::Person &eine : alle)
         act.contacts.push_back(beispiel::alsAct(eine));
-    act.databasePath = beispiel::erzeugeKontakttabelle(*m_engine, m_folder.path(), alle);
+    act.databasePath = beispiel::erzeugeKontakttabelle(engine(), m_folder.path(), alle);
 }
 
 Buehne::~Buehne() = default;
 
-void Buehne::zeige(std::size_t aktueller, bool autoSuche)
+void Buehne::zeige(std::size_t aktueller, bool autoSuche, const QString &suchFeld1)
 {
-    m_haupt = gestarteterHaupt(act, *m_engine, tisch, m_folder.path() + u'/');
+    m_haupt = gestarteterHaupt(act, m_engine, tisch, m_folder.path() + u'/');
     m_haupt->konfiguration.AutoSuche = autoSuche;
+    m_haupt->konfiguration.IdSuchFeld1Name = suchFeld1;
     act.current = aktueller;
     m_haupt->Kontakt = gelesenerKontakt(*m_haupt);
     act.calls.clear();

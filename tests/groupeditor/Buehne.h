@@ -5,6 +5,7 @@
 
 #include "groupeditor/frmFehlerHptkt.h"
 #include "groupeditor/frmHauptkontakt.h"
+#include "tests/fakes/MitschreibendeEngine.h"
 #include "tests/startup/Gestartet.h"
 
 /// The main window on a stage: an ACT! that records, a contact table with the same people, and hands for its controls.
@@ -18,7 +19,7 @@ public:
     ~Buehne();
 
     /// Loads and shows the window beside this contact; a former one is gone.
-    void zeige(std::size_t aktueller = 0, bool autoSuche = false);
+    void zeige(std::size_t aktueller = 0, bool autoSuche = false, const QString &suchFeld1 = QStringLiteral("COMPANY"));
 
     FakeAct act;
     FakeDesktop tisch;
@@ -32,7 +33,8 @@ public:
     }
     QString tabelle() const { return act.databasePath; }
     QString ordner() const { return m_folder.path(); }
-    dao::DBEngine &engine() { return *m_engine; }
+    dao::DBEngine &engine() { return m_engine.dahinter(); }
+    QStringList offen() const { return m_engine.offen; } ///< what the program has not closed
 
     /// Types a term and clicks "neue Suche".
     void suche(QStringView begriff);
@@ -64,7 +66,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    std::unique_ptr<dao::DBEngine> m_engine;
+    MitschreibendeEngine m_engine;
     std::unique_ptr<Haupt> m_haupt;
     frmHauptkontakt *m_fenster = nullptr;
 };

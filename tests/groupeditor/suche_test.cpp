@@ -37,6 +37,16 @@ TEST(Fenster, LoadsWithTheCurrentContact)
     EXPECT_EQ(liste.Item(1).data(0, Qt::AccessibleTextRole), u"Äußere Werke, Nebenkontakt"_s);
     EXPECT_THAT(liste.Item(1).toolTip(5).toStdString(), testing::HasSubstr("Nebenkontakt"));
 
+    for (int icon = 1; icon <= 3; ++icon) {
+        const QString datei = QStringLiteral(VELDRAK_BILDER "/icons/%1.ico")
+                                  .arg(QStringList{u"unbek"_s, u"neben"_s, u"haupt"_s}[icon - 1]);
+        liste.setzeIcon(liste.Item(1), icon);
+        EXPECT_EQ(liste.Item(1).icon(0).pixmap(16).toImage(), QIcon(datei).pixmap(16).toImage()) << icon;
+    }
+
+    b.act.contacts[0][8] = u"Bremen"_s;
+    b.zeige(0, false, u"CITY"_s);
+    EXPECT_EQ(b.finde<QLineEdit>(u"tbSuche").text(), u"Brem"_s);
     b.zeige(0, true); // as configured, it searches at once
     EXPECT_EQ(Buehne::inhalt(b.mitglieder()), u"A 2 D1/M, B 2 D1/M"_s);
     EXPECT_TRUE(b.haupt().Status().isHidden());
@@ -77,7 +87,7 @@ TEST(Fenster, DoesWithoutItsIconsAndSaysSoOnce)
 
 TEST(Fenster, BlinksItsWarnings)
 {
-    Buehne b(u"A N; B - - Alpha Nord");
+    Buehne b(u"A N; B - - Alpha Nord; C");
     b.zeige();
     const auto *haupt = &b.finde<QLabel>(u"lbHaupt");
     const auto *firma = &b.finde<QLabel>(u"lbFirma");
@@ -87,7 +97,7 @@ TEST(Fenster, BlinksItsWarnings)
     EXPECT_TRUE(firma->isHidden());
 
     b.suche(u"Alph");
-    b.uebernimm(u"B");
+    b.uebernimm(u"B C");
     EXPECT_TRUE(QTest::qWaitFor([firma] { return !firma->isHidden(); }, 900));
     b.macheHauptkontakt(u"B");
     b.klicke(u"cmdFirmaAngleichen");
@@ -125,7 +135,13 @@ TEST(Suche, CountsItsHits)
         SCOPED_TRACE(row.name);
         b.tisch.boxes.clear();
         b.act.calls.clear();
+        QStringList status;
+        b.tisch.onYield = [&] {
+            const frmStatus &fenster = b.haupt().Status();
+            status += u"%1 %2"_s.arg(fenster.isVisible() ? fenster.ProgressBar1() : -1).arg(fenster.lbStatus());
+        };
         b.suche(row.begriff);
+        EXPECT_THAT(status, ElementsAre(u"0 ACT!-Daten werden durchsucht ..."_s));
         EXPECT_EQ(b.treffer().Anzahl(), row.treffer);
         EXPECT_EQ(Buehne::ids(b.treffer()).section(u' ', -1), row.letzter);
         if (row.treffer > 0) {
@@ -136,6 +152,7 @@ TEST(Suche, CountsItsHits)
         EXPECT_THAT(b.act.calls, ElementsAre(u"LookupALL()"_s, u"GetCount()"_s, u"getopendbname()"_s));
         EXPECT_TRUE(b.haupt().Status().isHidden());
     }
+    b.tisch.onYield = nullptr;
     b.suche(u"Einer");
     b.act.calls.clear();
     b.suche(u"   ");
@@ -147,6 +164,7 @@ TEST(Suche, CountsItsHits)
     EXPECT_TRUE(b.tisch.boxTexts().last().startsWith(u"Es ist ein Fehler beim Zugriff"_s));
     EXPECT_EQ(b.act.calls.last(), u"Resize(800, 600)"_s);
     EXPECT_TRUE(b.haupt().beendet() && b.fenster().isHidden() && b.haupt().Status().isHidden());
+    EXPECT_THAT(b.offen(), testing::Each(u"veldrak.piz"_s));
 }
 
 TEST(Suche, PlacesEachHitAndSetsTheButtons)
