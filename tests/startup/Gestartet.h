@@ -14,16 +14,23 @@ inline Umgebung umgebung(Automation &act, dao::DBEngine &engine, FakeDesktop &ti
     return {act, engine, tisch, tisch, tisch, tisch, tisch, tisch, tisch, tisch, ordner};
 }
 
-/// A program as start-up leaves it, beside an ACT! whose window was 800 by 600. All share one mapping, which is only
-/// read: making it costs more than a test.
-inline std::unique_ptr<Haupt> gestarteterHaupt(FakeAct &act, dao::DBEngine &engine, FakeDesktop &tisch,
-                                               const QString &pckPfad)
+/// The mapping that all programs share, since it is only read and making it costs more than a test. The icons are
+/// beside.
+inline QString gemeinsamesMapping(dao::DBEngine &engine)
 {
     static const QTemporaryDir ordner;
     static const QString mapping = beispiel::erzeugeMapping(engine, ordner.path());
     static const bool bilder = QFile::link(QStringLiteral(VELDRAK_BILDER), ordner.filePath(QStringLiteral("bilder")));
     Q_ASSERT(bilder);
-    auto haupt = std::make_unique<Haupt>(umgebung(act, engine, tisch, ordner.path()));
+    return mapping;
+}
+
+/// A program as start-up leaves it, beside an ACT! whose window was 800 by 600.
+inline std::unique_ptr<Haupt> gestarteterHaupt(FakeAct &act, dao::DBEngine &engine, FakeDesktop &tisch,
+                                               const QString &pckPfad)
+{
+    const QString mapping = gemeinsamesMapping(engine);
+    auto haupt = std::make_unique<Haupt>(umgebung(act, engine, tisch, mapping.section(u'/', 0, -2)));
     haupt->ActApp = act.CreateObject({});
     haupt->ActKontaktfenster = act.contactWindow();
     haupt->ActFensterBreite = 800;

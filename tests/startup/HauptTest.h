@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QApplication>
 #include <gmock/gmock.h>
 
 #include "platform/dao/embedded/EmbeddedEngine.h"
@@ -17,6 +18,24 @@ protected:
         beispiel::schreibe(m_ordner.filePath(QStringLiteral("veldrak.piz")), "keine Datenbank");
         beispiel::erzeugeIni(m_ordner.path(), QStringLiteral("/pck/"), true, true);
     }
+
+    /// Puts a good mapping in the place of the bad one.
+    void legeMappingAn()
+    {
+        const QString mapping = m_ordner.filePath(QStringLiteral("veldrak.piz"));
+        ASSERT_TRUE(QFile::remove(mapping) && QFile::copy(gemeinsamesMapping(*m_engine), mapping));
+    }
+
+    /// The status window of the program that is starting; nullptr if none is to be seen.
+    static frmStatus *status()
+    {
+        for (QWidget *fenster : QApplication::topLevelWidgets()) {
+            if (auto *status = dynamic_cast<frmStatus *>(fenster); status && status->isVisible())
+                return status;
+        }
+        return nullptr;
+    }
+    static QString statustext() { return status() ? status()->lbStatus() : QString(); }
 
     /// Runs the start-up of another program in the same place; it has to end the program.
     std::unique_ptr<Haupt> starte()

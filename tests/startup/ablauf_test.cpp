@@ -1,4 +1,6 @@
 // The program's course: both ends, errors that reach the event loop, and the small windows.
+#include <utility>
+
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -15,10 +17,11 @@ class Ablauf : public HauptTest
 protected:
     void verbinde(Haupt &haupt)
     {
-        haupt.ActApp = m_act.CreateObject(u"ACTOLE.APPOBJECT"_s);
+        haupt.ActApp = m_act.application();
+        haupt.ActViews = m_act.views();
+        haupt.ActKontaktfenster = m_act.contactWindow();
         haupt.ActFensterBreite = 800;
         haupt.ActFensterHoehe = 600;
-        m_act.calls.clear();
     }
 };
 
@@ -36,11 +39,12 @@ TEST_F(Ablauf, RegularEndGivesActItsWindowBack)
         form.show();
         haupt.Status().show();
         m_act.failure = [nummer = fehler](const QString &) { return nummer; };
+        m_desktop.onBox = [&](const desktop::Box &) { EXPECT_TRUE(form.isHidden() && haupt.Status().isHidden()); };
         m_desktop.quitCalled = false;
         EXPECT_THROW(haupt.ProgrammEnde(), ProgrammBeendet);
-        EXPECT_THAT(m_act.calls, ElementsAre(aufruf));
+        EXPECT_THAT(std::exchange(m_act.calls, {}), ElementsAre(aufruf));
+        EXPECT_THAT(std::exchange(m_act.released, {}), ElementsAre(u"window"_s, u"views"_s, u"application"_s));
         EXPECT_EQ(m_desktop.boxTexts().join(u'|'), box);
-        EXPECT_FALSE(haupt.ActApp);
         EXPECT_TRUE(form.isHidden() && haupt.Status().isHidden() && m_desktop.quitCalled);
     }
 }

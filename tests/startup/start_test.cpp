@@ -1,6 +1,7 @@
 // Start-up up to the mapping: every way in which it can fail says what is wrong and leaves the rest alone.
-#include <QApplication>
+#include <QElapsedTimer>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include "startup/Hersteller.h"
@@ -32,12 +33,33 @@ TEST_F(Start, AsksWithGrowingWaitsWhileActIsNotReady)
     m_act.objectsRefused = 2;
     m_desktop.answers = {desktop::Answer::Yes, desktop::Answer::Yes};
     std::vector<double> gefragtNach;
-    m_desktop.onBox = [&](const desktop::Box &) { gefragtNach.push_back(m_desktop.seconds); };
-    const auto haupt = starte();
+    m_desktop.onBox = [&](const desktop::Box &) {
+        gefragtNach.push_back(m_desktop.seconds);
+        QTest::qWait(100);
+        EXPECT_EQ(status()->ProgressBar1(), 0) << "it stands again";
+    };
+    QElapsedTimer gewartet;
+    m_desktop.onYield = [&] { // a sign of life about every 60 ms
+        if (m_desktop.seconds != 0.25)
+            return;
+        gewartet.start();
+        EXPECT_TRUE(QTest::qWaitFor([] { return status()->ProgressBar1() >= 3; }, 1200));
+        EXPECT_GE(gewartet.elapsed(), 100);
+    };
+    starte();
     EXPECT_THAT(m_desktop.boxTexts(), ElementsAre(frage(2), frage(3), m_keinMapping));
     EXPECT_EQ(m_desktop.boxes[0].buttons, desktop::Buttons::YesNo);
+    EXPECT_EQ(m_desktop.boxes[0].icon, desktop::Icon::None);
     EXPECT_THAT(gefragtNach, ElementsAre(2, 2 + 3, testing::_));
-    EXPECT_EQ(haupt->Status().ProgressBar1(), 0);
+}
+
+TEST_F(Start, CountsTheSecondsInSixteenBits)
+{
+    m_act.objectsRefused = 40000;
+    m_desktop.answers.assign(40000, desktop::Answer::Yes);
+    m_desktop.onYield = [this] { m_desktop.seconds += 40000; };
+    starte();
+    EXPECT_EQ(m_desktop.boxTexts().mid(32765), (QStringList{frage(32767), u"Fehler: 6:Überlauf"_s}));
 }
 
 TEST_F(Start, EndsAtOnceOnNo)
@@ -105,11 +127,17 @@ TEST_F(Start, EndsOnANoticeWindowAndIgnoresOtherErrorsOfTheRefresh)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         m_act.calls.clear();
+        m_act.released.clear();
         m_desktop.boxes.clear();
         m_act.createYieldsNothing = row.ohneFenster;
         m_act.failure = [&row](const QString &aufruf) { return aufruf == row.aufruf ? row.fehler : 0; };
-        starte();
+        const auto haupt = starte();
         EXPECT_THAT(m_desktop.boxTexts(), ElementsAre(row.box));
+        EXPECT_EQ(m_desktop.boxes[0].icon, row.box == notiz ? desktop::Icon::None : desktop::Icon::Critical);
+        QStringList losgelassen{u"window"_s, u"application"_s};
+        if (row.aufruf != u"LookupALL()")
+            losgelassen.removeFirst(); // there never was one
+        EXPECT_EQ(m_act.released, row.box == notiz ? losgelassen : QStringList());
         EXPECT_EQ(m_act.calls.contains(u"Minimize()"_s), row.box == m_keinMapping);
         EXPECT_FALSE(m_act.calls.contains(u"Resize(640, 480)"_s)); // the immediate end restores nothing
     }
@@ -167,6 +195,9 @@ TEST_F(Start, ChecksTheConfiguration)
         m_desktop.boxes.clear();
         const auto haupt = starte();
         EXPECT_THAT(m_desktop.boxTexts(), ElementsAre(row.box));
+        EXPECT_EQ(m_desktop.boxes[0].icon,
+                  row.box.startsWith(u"Fehler") ? desktop::Icon::Critical : desktop::Icon::Information);
+        EXPECT_EQ(m_act.calls.last(), u"Minimize()"_s) << "ACT! stays as it is";
         EXPECT_FALSE(haupt->konfiguration.DatevNr || haupt->konfiguration.AutoSuche);
     }
 }
@@ -194,8 +225,7 @@ TEST_F(Start, NamesTheMappingWhenItsPasswordIsWrong)
 
 TEST_F(Start, LeavesNothingButTheMainWindow)
 {
-    ASSERT_TRUE(QFile::remove(m_ordner.filePath(u"veldrak.piz"_s)));
-    beispiel::erzeugeMapping(*m_engine, m_ordner.path());
+    legeMappingAn();
     QWidget *fenster = nullptr;
     m_haupt.Main([&](Haupt &) {
         auto neues = std::make_unique<QWidget>();
@@ -214,8 +244,13 @@ TEST_F(Start, LeavesNothingButTheMainWindow)
     EXPECT_THAT(m_desktop.boxTexts(), testing::SizeIs(1)) << "behind the last box everything is closed";
 }
 
-TEST_F(Start, ReadsTheConfigurationAndSetsTheEngineUp)
+TEST_F(Start, ReadsTheConfigurationTwiceAndSetsTheEngineUp)
 {
+    beispiel::erzeugeIni(m_ordner.path(), u"/pck/"_s);
+    m_desktop.onYield = [this] {
+        if (statustext() == u"Trovanix 'Pirolfinder' initialisieren ...")
+            beispiel::erzeugeIni(m_ordner.path(), u"/zu spät/"_s, true, true);
+    };
     const auto haupt = starte();
     const Konfiguration &k = haupt->konfiguration;
     const QString gelesen
@@ -230,6 +265,42 @@ TEST_F(Start, ReadsTheConfigurationAndSetsTheEngineUp)
     EXPECT_EQ(m_engine->DefaultPassword, coding::kennwort());
     EXPECT_EQ(m_engine->CreateWorkspace(u"T"_s, {}, {})->UserName(), coding::benutzer());
     EXPECT_EQ(m_engine->CreateWorkspace(u"T"_s, u"ich"_s, {})->UserName(), u"ich"_s);
+}
+
+TEST_F(Start, TellsItsStepsAndReadsTheContactOnActsScreen)
+{
+    // clang-format off
+    struct Row { const char *name; QString firma; QString typ; QString gelesen; };
+    const Row rows[] = {
+        {"with a company",              u"Alpha"_s, u""_s,  u"Alpha|"_s},
+        {"a main contact without one",  u""_s,      u"H"_s, u"Petra Sommer|H"_s},
+        {"a secondary one without one", u""_s,      u"N"_s, u"Petra Sommer|N"_s},
+        {"nothing yet, without one",    u""_s,      u""_s,  u"Petra Sommer|H"_s},
+    };
+    // clang-format on
+    legeMappingAn();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        beispiel::Person person = beispiel::firmengruppe()[0];
+        person.firma = row.firma;
+        person.typ = row.typ;
+        m_act.contacts = {beispiel::alsAct(person)};
+        QStringList schritte;
+        m_desktop.onYield = [&schritte] { schritte += statustext(); };
+        QString gelesen;
+        Haupt haupt(m_haupt.umgebung());
+        haupt.Main([&gelesen](Haupt &h) {
+            gelesen = h.Kontakt->Daten(u"Firma"_s) + u'|' + h.Kontakt->Typ;
+            return std::make_unique<QWidget>();
+        });
+        EXPECT_EQ(gelesen, row.gelesen);
+        EXPECT_FALSE(haupt.beendet());
+        EXPECT_THAT(schritte,
+                    ElementsAre(u"PCK-Link wird initialisiert ..."_s, u"ACT! OLE-Verbindung wird initialisiert ."_s,
+                                u"ACT!-Refresh ..."_s, u"VELDRAK Ini-Datei einlesen ..."_s,
+                                u"Trovanix 'Pirolfinder' initialisieren ..."_s));
+    }
+    EXPECT_THAT(m_desktop.boxTexts(), testing::IsEmpty());
 }
 
 TEST_F(Start, MissesTheMappingFileBeforeItAsksForAct)
