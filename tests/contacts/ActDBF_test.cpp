@@ -1,7 +1,10 @@
 // The direct search on real contact tables: what is asked, what is found, and how it fails.
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include <QFile>
+#include <QFileInfo>
 
 #include "contacts/ActDBF.h"
 #include "tests/contacts/KontaktTest.h"
@@ -20,7 +23,7 @@ protected:
         const QString namen[] = {u"Weiß"_s, u"Öhlmann"_s, u"Straße"_s, u"O'Neill"_s};
         for (std::size_t i = 0; i < personen.size(); ++i)
             personen[i].nachname = namen[i];
-        m_act.databasePath = beispiel::erzeugeKontakttabelle(*m_engine, m_ordner.path(), personen);
+        m_act.databasePath = beispiel::erzeugeKontakttabelle(m_engine, m_ordner.path(), personen);
     }
 
     /// The unique ids of the hits; "ended" if the search ended the program.
@@ -40,7 +43,7 @@ protected:
         return ids;
     }
 
-    ActDBF m_ActDB{m_programm, m_konfiguration, m_SyncFelder, *m_engine, m_tisch, m_tisch};
+    ActDBF m_ActDB{m_programm, m_konfiguration, m_SyncFelder, m_engine, m_tisch, m_tisch};
     QString m_muster;
     int m_felder = 0;
 };
@@ -83,13 +86,18 @@ TEST_F(Suche, FindsByEitherFieldOrByAccount)
         {"empty finds all",                u""_s,        u"-"_s,          u"-"_s,       u"A B C D"},
     };
     // clang-format on
+    m_tisch.shortPaths[u"/Kontakte der Firma/KONTAKTE.DBF"_s]
+        = std::exchange(m_act.databasePath, u"/Kontakte der Firma/KONTAKTE.DBF"_s);
+    const QString geoeffnet = u"OpenDatabase(%1, FoxPro 2.6;)"_s.arg(QFileInfo(m_ordner.path()).fileName());
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
+        m_engine.protokoll.clear();
         EXPECT_EQ(finde(row.text, row.mandant, row.nummer).join(u' '), row.ids);
         EXPECT_EQ(m_muster, ActDBF::GrossKleinMuster(row.text)) << "the term is replaced by its pattern";
         EXPECT_EQ(m_felder, 4 + 12);
+        EXPECT_TRUE(m_engine.protokoll.contains(geoeffnet)) << "not only to read";
     }
-    beispiel::fuehreAus(*m_engine, m_ordner.path(), {u"DELETE FROM KONTAKTE"_s});
+    beispiel::fuehreAus(m_engine, m_ordner.path(), {u"DELETE FROM KONTAKTE"_s});
     EXPECT_THAT(finde(u""_s), IsEmpty()) << "deleted records only";
     EXPECT_THAT(m_tisch.boxes, IsEmpty());
     EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty());
@@ -103,7 +111,7 @@ TEST_F(Suche, FillsContactsFromTheTable)
     person.typ = u"N"_s;
     person.url = QString(60, u'w');
     QFile::remove(m_act.databasePath);
-    beispiel::erzeugeKontakttabelle(*m_engine, m_ordner.path(), {person});
+    beispiel::erzeugeKontakttabelle(m_engine, m_ordner.path(), {person});
     QString text = u"Söhne"_s;
     const auto treffer = m_ActDB.SucheInActDB(*m_act.CreateObject({}), text, u""_s, u""_s);
     clKontakt kontakt = neuerKontakt();
@@ -141,9 +149,11 @@ TEST_F(Suche, LeavesTheFailedQueryOnTheClipboard)
         {"a column without a name",     u"1"_s,   u""_s,    u""_s,        u"1"_s},
     };
     // clang-format on
+    m_tisch.onBox = [this](const desktop::Box &) { EXPECT_THAT(m_tisch.clipboardHistory, IsEmpty()) << "only then"; };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         m_tisch.boxes.clear();
+        m_tisch.clipboardHistory.clear();
         m_konfiguration.IdSuchFeld1Name = row.spalte;
         EXPECT_THAT(finde(row.text, u"M"_s, row.nummer), ElementsAre(u"ended"_s));
         EXPECT_EQ(m_tisch.clipboard, anfang + bedingung.arg(row.spalte, row.muster, row.nummer));

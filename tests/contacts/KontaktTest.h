@@ -8,13 +8,14 @@
 #include "tests/fakes/Beispieldaten.h"
 #include "tests/fakes/FakeAct.h"
 #include "tests/fakes/FakeProgrammlauf.h"
+#include "tests/fakes/MitschreibendeEngine.h"
 #include "util/coding.h"
 
 /// Contacts over a real mapping of twelve fields.
 class KontaktTest : public testing::Test
 {
 protected:
-    KontaktTest() { m_SyncFelder.init(beispiel::erzeugeMapping(*m_engine, m_ordner.path()), coding::mappingZugriff()); }
+    KontaktTest() { m_SyncFelder.init(beispiel::erzeugeMapping(m_engine, m_ordner.path()), coding::mappingZugriff()); }
 
     clKontakt neuerKontakt()
     {
@@ -27,7 +28,7 @@ protected:
     FakeDesktop m_tisch;
     FakeAct m_act;
     FakeProgrammlauf m_programm{m_tisch};
-    std::unique_ptr<dao::DBEngine> m_engine = dao::makeEmbeddedEngine();
-    clSyncFelder m_SyncFelder{*m_engine};
+    MitschreibendeEngine m_engine{dao::makeEmbeddedEngine()};
+    clSyncFelder m_SyncFelder{m_engine};
     Konfiguration m_konfiguration = beispiel::konfiguration(QStringLiteral("PCK/"));
 };

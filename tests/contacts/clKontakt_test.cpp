@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include "tests/contacts/KontaktTest.h"
+#include "tests/fakes/Fehlernummer.h"
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +53,7 @@ TEST_F(Kontakt, PhoneNumbersGetOneFormOfTwentyCharacters)
         {"the tenth place",                        dbf,  u"49|40|@@@@HD123456789"_s,       "+49 40 123456 789"},
         {"letters among the digits",               dbf,  u"49|40|@@@@AD555 App 7"_s,       "+49 40 555 App 7"},
         {"too long: separators go",                dbf,  u"49|4101|@@@DAP123456789012"_s,  "+49 4101123456789012"},
-        {"every place a separator, 21 count",      dbf,  u"49|40|??????555"_s,             "+49 40555"},
+        {"the first 21 count, up to place 24",     dbf,  u"49|40|@Bk??~555"_s,             "+49 4 0 5 55"},
         {"no country code stays as it stands",     dbf,  u"|40|@@@@AD5551234"_s,           "|40|@@@@AD5551234"},
         {"plain text",                             dbf,  u"040 / 55512-34"_s,              "040 / 55512-34"},
         {"plain text, too long",                   dbf,  u"040 / 555 12 34 - 567 89"_s,    "040 555123456789"},
@@ -170,6 +171,7 @@ TEST_F(Kontakt, FieldsGoByNumberOrNeutralName)
         testing::Property(&RunTimeError::Number, int(RunTimeError::SubscriptOutOfRange)));
     EXPECT_THAT([this] { m_kontakt.Daten(13); }, zuWeit);
     EXPECT_THAT([this] { m_kontakt.Setze_Daten(13, u"x"_s); }, zuWeit);
+    EXPECT_EQ(fehlernummer([this] { m_kontakt.Daten(32768); }), 6) << "a field's number has 16 bits";
     m_kontakt.init(m_SyncFelder);
     EXPECT_EQ(m_kontakt.Daten(1), u""_s);
 }

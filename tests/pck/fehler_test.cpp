@@ -30,14 +30,16 @@ TEST_F(Fehler, AtOpeningEndTheProgramAndNeverAskForAPassword)
     m_pck.close_Mandant();
     for (const Row &row : rows) {
         for (const int nummer : stoerungen) {
-            if (nummer == 58 && std::string_view(row.name) == "test by index")
-                continue; // there it is the answer "no"
             SCOPED_TRACE(testing::Message() << row.name << ' ' << nummer);
             m_programm.regulaerBeendet = false;
             m_engine.vorOeffnen = [=, gut = row.malGut](const QString &) mutable {
                 if (gut-- <= 0)
                     throw dao::DaoError(nummer, u"gestört"_s);
             };
+            if (nummer == 58 && std::string_view(row.name) == "test by index") {
+                EXPECT_FALSE(m_pck.test_Passwort(0, {})) << "there it is an answer";
+                continue;
+            }
             EXPECT_THROW(row.aufruf(m_pck), ProgrammBeendet);
             EXPECT_EQ(m_tisch.boxes.at(0).icon, desktop::Icon::Exclamation);
             EXPECT_THAT(neueBoxen(), ElementsAre(u"Fehler !\r\n%1:gestört"_s.arg(nummer)));

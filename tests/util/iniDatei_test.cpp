@@ -54,7 +54,9 @@ TEST_F(IniDatei, FindsValuesBySectionAndKey)
                      "[VELDRAK] ' noch einmal\n"
                      "spaeter=da\n"));
     EXPECT_EQ(lies(u"VELDRAK"_s, u"ID_Nummer"_s), u"60|PCK_NUMMER"_s) << "comment and blanks are cut";
-    EXPECT_EQ(lies(u" VELDRAK "_s, u" ID_Nummer "_s), u"60|PCK_NUMMER"_s) << "arguments are trimmed";
+    QString sektion = u" VELDRAK "_s, schluessel = u" ID_Nummer "_s;
+    EXPECT_EQ(m_ini.IniLesen(sektion, schluessel), u"60|PCK_NUMMER"_s);
+    EXPECT_EQ(sektion + u'|' + schluessel, u"VELDRAK|ID_Nummer"_s) << "the caller's variables are trimmed";
     EXPECT_EQ(lies(u"VELDRAK"_s, u"a"_s), u"=b"_s) << "the first equals sign divides";
     EXPECT_EQ(lies(u"VELDRAK"_s, u"Ort"_s), u"München"_s) << "the file is Windows-1252";
     EXPECT_EQ(lies(u"VELDRAK"_s, u"doppelt"_s), u"1"_s) << "the first of two counts";
