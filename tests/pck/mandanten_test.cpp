@@ -33,6 +33,7 @@ TEST_F(Mandanten, AreTheFilesOfTheFolder)
     const QTemporaryDir leer;
     EXPECT_FALSE(m_pck.init(leer.path() + u'/'));
     EXPECT_EQ(m_pck.PckAnzahl(), 0);
+    EXPECT_EQ(m_pck.Mandanten(0), u"Alt.PCK"_s) << "the names stay";
 }
 
 TEST_F(Mandanten, PasswordTestDiffersByNameAndByIndex)

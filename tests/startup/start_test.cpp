@@ -288,13 +288,16 @@ TEST_F(Start, TellsItsStepsAndReadsTheContactOnActsScreen)
         QStringList schritte;
         m_desktop.onYield = [&schritte] { schritte += statustext(); };
         QString gelesen;
+        const QWidget *fenster = nullptr;
         Haupt haupt(m_haupt.umgebung());
-        haupt.Main([&gelesen](Haupt &h) {
+        haupt.Main([&](Haupt &h) {
             gelesen = h.Kontakt->Daten(u"Firma"_s) + u'|' + h.Kontakt->Typ;
-            return std::make_unique<QWidget>();
+            auto neues = std::make_unique<QWidget>();
+            fenster = neues.get();
+            return neues;
         });
         EXPECT_EQ(gelesen, row.gelesen);
-        EXPECT_FALSE(haupt.beendet());
+        EXPECT_TRUE(fenster && fenster->isVisible() && !haupt.beendet());
         EXPECT_THAT(schritte,
                     ElementsAre(u"PCK-Link wird initialisiert ..."_s, u"ACT! OLE-Verbindung wird initialisiert ."_s,
                                 u"ACT!-Refresh ..."_s, u"VELDRAK Ini-Datei einlesen ..."_s,
