@@ -24,8 +24,10 @@ void frmHauptkontakt::ListviewNachKontakt()
 void frmHauptkontakt::cmdTransfer_Click()
 {
     const bool beschaeftigt = m_frmUebertragung && m_frmUebertragung->istBeschaeftigt();
-    if (m_frmUebertragung && !beschaeftigt)
+    if (m_frmUebertragung && !beschaeftigt) {
+        m_haupt.schliesseMandant();
         m_haupt.entlade(*std::exchange(m_frmUebertragung, nullptr));
+    }
     if (!beschaeftigt)
         ListviewNachKontakt();
     m_Timer1.stop();

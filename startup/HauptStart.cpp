@@ -220,7 +220,9 @@ void Haupt::frageMapping()
     try {
         SyncFelder.init(datei, coding::mappingZugriff());
         leseAktuellenKontakt();
-    } catch (const dao::DaoError &fehler) { // there is no other database yet
+    } catch (const AutomationError &) { // of ACT!, whose current contact is read meanwhile
+        throw;
+    } catch (const RunTimeError &fehler) {
         throw mitHerkunft(fehler, datei);
     }
 }

@@ -5,10 +5,14 @@ using namespace Qt::StringLiterals;
 
 namespace Hersteller {
 
+QString webzeile(const QString &seite)
+{
+    return u"Internet: "_s + (seite.isEmpty() ? u"die Projektseite, von der Sie das Programm haben"_s : seite);
+}
+
 QString internet()
 {
-    const QString seite = QStringLiteral(VELDRAK_PROJEKTSEITE);
-    return u"Internet: "_s + (seite.isEmpty() ? u"die Projektseite, von der Sie das Programm haben"_s : seite);
+    return webzeile(QStringLiteral(VELDRAK_PROJEKTSEITE));
 }
 
 QStringList zeilen()

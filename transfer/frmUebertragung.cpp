@@ -285,8 +285,8 @@ void frmÜbertragung::merke(const std::vector<std::pair<QString, QString>> &eins
     } catch (const RunTimeError &fehler) {
         if (std::exchange(m_speichernGemeldet, true))
             return;
-        m_haupt.MsgBox({u"Ihre Auswahl konnte nicht gespeichert werden. Die Übertragung geht weiter."_s + u"\r\n"_s
-                            + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
+        m_haupt.MsgBox({u"Ihre Auswahl konnte nicht gespeichert werden. Die Übertragung ist davon nicht betroffen."_s
+                            + u"\r\n"_s + QString::number(fehler.Number()) + u":"_s + fehler.Description(),
                         desktop::Icon::Exclamation});
     }
 }

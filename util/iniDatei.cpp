@@ -29,7 +29,7 @@ bool istSchluesselzeile(const QString &zeile)
 
 RunTimeError fehlerIn(const QString &pfad, qsizetype zeile, int nummer, const QString &text)
 {
-    return {nummer, u"%1, Zeile %2: %3"_s.arg(pfad).arg(zeile).arg(text)};
+    return {nummer, u"%1, Zeile %2: %3"_s.arg(pfad, QString::number(zeile), text)};
 }
 
 QByteArray inhaltVon(const QString &pfad)
@@ -58,8 +58,8 @@ QStringList zeilenVon(const QString &pfad)
         // What the decoder leaves of bytes that mean nothing, and what UTF-16 without its mark is full of.
         if (zeilen[i].contains(QChar::ReplacementCharacter) || zeilen[i].contains(QChar::Null)) {
             throw fehlerIn(pfad, i + 1, RunTimeError::InvalidFileFormat,
-                           u"Der Text ist nicht lesbar. Die Datei muß als Windows-1252, UTF-8 oder UTF-16 mit "
-                           "Kennung gespeichert sein."_s);
+                           u"Der Text ist nicht lesbar. Die Datei muß als Windows-1252 oder mit "
+                           "Byte-Reihenfolge-Marke (BOM) als UTF-8 oder UTF-16 gespeichert sein."_s);
         }
         zeilen[i] = iniDatei::KommentarEntfernen(zeilen[i]);
     }

@@ -113,6 +113,9 @@ TEST(Transfer, AgainTakesTheGroupAsItIsNowButNotFromUnderATransfer)
     b.act.calls.clear();
     QTest::mouseClick(dialog.findChild<QPushButton *>(u"cmdEintragen"_s), Qt::LeftButton);
     EXPECT_EQ(b.act.calls.filter(u"SetField(60, D000000)"_s).size(), 2) << "both members of the dialog's group";
+    EXPECT_THAT(beispiel::zeilen(b.engine(), b.ordner() + u"/Muster.PCK"_s, u"SELECT * FROM sPersKom"_s),
+                testing::SizeIs(2 + 4))
+        << "the entries of each once";
     EXPECT_TRUE(b.haupt().beendet());
 }
 

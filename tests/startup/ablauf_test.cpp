@@ -94,7 +94,9 @@ TEST_F(Ablauf, InformationWindowShowsTheVersionAndIsOnlyHidden)
     frmInfoStart &info = m_haupt.InfoStart();
     EXPECT_EQ(info.windowTitle(), u"Informationen über das Programm"_s);
     EXPECT_EQ(info.findChild<QPlainTextEdit *>(u"Text1"_s)->toPlainText(), Hersteller::zeilen().join(u'\n'));
-    EXPECT_TRUE(Hersteller::zeilen().last().startsWith(u"Internet: "_s));
+    EXPECT_EQ(Hersteller::zeilen().last(), Hersteller::internet());
+    EXPECT_EQ(Hersteller::webzeile(u"veldrak.example"_s), u"Internet: veldrak.example"_s);
+    EXPECT_EQ(Hersteller::webzeile({}), u"Internet: die Projektseite, von der Sie das Programm haben"_s);
     EXPECT_THAT(info.findChild<QLabel *>(u"lbVersion"_s)->text().toStdString(),
                 testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
     info.setze_txbInfo(u"Neues"_s);

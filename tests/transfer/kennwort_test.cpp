@@ -49,6 +49,10 @@ TEST_F(Kennwort, RefusedGivesNoAccess)
 
     liste(u"cbxTyp").setCurrentIndex(2); // a new selection, a new question
     EXPECT_THAT(m_gefragt, SizeIs(2));
+    liste(u"cbxMandant").setCurrentIndex(2);
+    EXPECT_EQ(nummer(), u"M000000"_s);
+    liste(u"cbxMandant").setCurrentIndex(1); // both lists and the number
+    EXPECT_THAT(m_gefragt, SizeIs(3));
     EXPECT_EQ(nummer(), u"Kein Zugriff !"_s);
     m_kennwoerter = {u"Sesam"_s};
     liste(u"cbxTyp").setCurrentIndex(0);

@@ -86,6 +86,7 @@ TEST_F(Stoerungen, LeaveWhatCanBeExplained)
         eintragen();
         EXPECT_TRUE(m_tisch.boxTexts().last().startsWith(row.letzteBox)) << qPrintable(m_tisch.boxTexts().last());
         EXPECT_TRUE(m_haupt->beendet() && m_gefragt.isEmpty());
+        EXPECT_FALSE(offen().contains(u"Muster.PCK"_s));
         EXPECT_EQ(m_act.callsOf(u"Resize"_s).size(), 1) << "ACT! gets its window back";
         EXPECT_EQ(zeilen(u"SELECT PersKtoNummer, PersKtoName, PersKtoDefWaehrungIdx FROM sPersKto"_s), row.konten);
         EXPECT_EQ(zeilen(u"SELECT * FROM sPersKom"_s).size(), row.eintraege);
