@@ -105,8 +105,8 @@ void Catalog::checkEntry(const CatalogEntry &entry) const
 bool Catalog::isListed(const IndexDef &names, const CatalogEntry &entry) const
 {
     const storage::Value values[] = {std::int64_t{static_cast<std::int32_t>(entry.parent)}, entry.name};
-    const KeyBound bound = IndexKeyMaker(m_def, names, m_store.isJet4()).bound(values, true);
-    IndexCursor cursor(m_store, names, m_def.page, bound, bound);
+    const KeySpan span = IndexKeyMaker(m_def, names, m_store.isJet4()).span(values);
+    IndexCursor cursor(m_store, names, m_def.page, span.lower(), span.upper());
     while (cursor.next()) {
         if (cursor.row() == entry.row)
             return true;

@@ -62,12 +62,6 @@ template <typename Float> void appendFloat(Float number, KeyBytes &key)
     appendBigEndian<Bits>((bits & topBit) != 0 ? ~bits : bits ^ topBit, key);
 }
 
-void invertFrom(std::size_t start, KeyBytes &key)
-{
-    for (std::size_t i = start; i < key.size(); ++i)
-        key[i] = ~key[i];
-}
-
 /// Groups of eight bytes, each with a count behind it. Descending, the counts in the middle stay as they are.
 void appendBinary(storage::Bytes bytes, bool ascending, KeyBytes &key)
 {
@@ -153,6 +147,22 @@ int compareKeys(storage::Bytes left, storage::Bytes right)
     return left.size() < right.size() ? -1 : 1;
 }
 
+int compareWithStart(storage::Bytes key, storage::Bytes start)
+{
+    return compareKeys(key.first(std::min(key.size(), start.size())), start);
+}
+
+bool KeySpan::contains(storage::Bytes key) const
+{
+    return compareWithStart(key, first) >= 0 && compareWithStart(key, last) <= 0;
+}
+
+void invertFrom(std::size_t start, KeyBytes &key)
+{
+    for (std::size_t i = start; i < key.size(); ++i)
+        key[i] = ~key[i];
+}
+
 KeySupport keySupport(const TableDef &table, const IndexDef &index, bool jet4, std::uint16_t codePage)
 {
     constexpr std::uint16_t western = 1252;
@@ -206,30 +216,41 @@ KeyBytes IndexKeyMaker::make(std::span<const Value> values) const
     return key;
 }
 
-bool IndexKeyMaker::explains(std::span<const Value> values, storage::Bytes key) const
+bool IndexKeyMaker::isCertain(std::span<const Value> values) const
 {
-    return compareKeys(make(values), key) == 0 || std::ranges::any_of(values, [this](const Value &value) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto *text = m_columns[i].isText() ? std::get_if<QString>(&values[i]) : nullptr;
+        if (text != nullptr && !isCertainText(*text, m_jet4))
+            return false;
+    }
+    return true;
+}
+
+KeySpan IndexKeyMaker::span(std::span<const Value> values) const
+{
+    Q_ASSERT(values.size() <= m_columns.size());
+    KeyBytes key;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const Part &part = m_columns[i];
+        const auto *text = part.isText() ? std::get_if<QString>(&values[i]) : nullptr;
+        if (text == nullptr || isCertainText(*text, m_jet4)) {
+            append(part, values[i], key);
+            continue;
+        }
+        key.push_back(part.ascending ? startAscending : startDescending);
+        KeySpan span{key, key};
+        appendTextSpan(*text, m_jet4, part.ascending, span.first, span.last);
+        return span;
+    }
+    return {key, key};
+}
+
+bool IndexKeyMaker::isOthersKey(std::span<const Value> values, storage::Bytes key) const
+{
+    return span(values).contains(key) && std::ranges::any_of(values, [this](const Value &value) {
                const auto *text = std::get_if<QString>(&value);
                return text != nullptr && hasExpandingLetter(*text, m_jet4);
            });
-}
-
-KeyBound IndexKeyMaker::bound(std::span<const Value> values, bool inclusive) const
-{
-    Q_ASSERT(values.size() <= m_columns.size());
-    KeyBound bound{{}, inclusive};
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const Part &part = m_columns[i];
-        const auto *text = std::get_if<QString>(&values[i]);
-        if (part.type != ColumnType::Text || text == nullptr) {
-            append(part, values[i], bound.key);
-            continue;
-        }
-        bound.key.push_back(part.ascending ? startAscending : startDescending);
-        if (!appendTextBound(*text, m_jet4, part.ascending, bound.key))
-            return {std::move(bound.key), true};
-    }
-    return bound;
 }
 
 void IndexKeyMaker::append(const Part &part, const Value &value, KeyBytes &key) const

@@ -18,10 +18,26 @@ using KeyBytes = std::vector<std::byte>;
 /// Below, equal to or above 0; a key that continues another one sorts behind it.
 int compareKeys(storage::Bytes left, storage::Bytes right);
 
+/// The order of a key and the key of an index's first columns: 0 if it begins with that.
+int compareWithStart(storage::Bytes key, storage::Bytes start);
+
+/// Turns the bytes from `start` on round: a descending column's key.
+void invertFrom(std::size_t start, KeyBytes &key);
+
 /// One end of a range of keys: a key of the index's first columns. The end lies before or behind all that begin so.
 struct KeyBound {
     KeyBytes key;
     bool inclusive = true;
+};
+
+/// Where rows with certain values stand: their keys begin with one of the ends or lie between them.
+struct KeySpan {
+    KeyBytes first;
+    KeyBytes last;
+
+    KeyBound lower(bool inclusive = true) const { return {first, inclusive}; }
+    KeyBound upper(bool inclusive = true) const { return {last, inclusive}; }
+    bool contains(storage::Bytes key) const;
 };
 
 /// How far an index is within our means.
@@ -45,11 +61,13 @@ public:
     /// (see ColumnType), else StorageError::WrongType. OutOfRange for a number that its column cannot hold.
     /// The key of fewer columns is a prefix of every key that begins with the same values.
     KeyBytes make(std::span<const storage::Value> values) const;
-    /// Whether an entry with this key can be that of a row with these values: the key is the one made of them, or of
-    /// texts with letters like "ß" that some programs get wrong.
-    bool explains(std::span<const storage::Value> values, storage::Bytes key) const;
-    /// One end of a range: between ends made so lie all the rows wanted, and perhaps others with the same letters.
-    KeyBound bound(std::span<const storage::Value> values, bool inclusive) const;
+    /// Whether all programs make the same key of these values, and of none that differ (see isCertainText).
+    bool isCertain(std::span<const storage::Value> values) const;
+    /// Where the rows with these values stand, and perhaps others with the same letters, whoever made their keys. Where
+    /// `values` are certain it has but one key, that of make().
+    KeySpan span(std::span<const storage::Value> values) const;
+    /// Whether some program may have made this key of values of which we make another.
+    bool isOthersKey(std::span<const storage::Value> values, storage::Bytes key) const;
 
 private:
     struct Part;
@@ -59,6 +77,8 @@ private:
         ColumnType type;
         bool ascending;
         std::uint8_t scale;
+
+        bool isText() const { return type == ColumnType::Text || type == ColumnType::Memo; }
     };
     std::vector<Part> m_columns{};
     bool m_jet4;

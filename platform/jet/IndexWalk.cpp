@@ -74,11 +74,6 @@ void checkNeighbours(const IndexNode &left, const IndexNode &right)
 
 } // namespace
 
-int compareWithStart(Bytes key, Bytes start)
-{
-    return compareKeys(key.first(std::min(key.size(), start.size())), start);
-}
-
 IndexWalk::IndexWalk(PageStore &store, PageNo root, PageNo owner)
     : m_store(store)
     , m_root(root)

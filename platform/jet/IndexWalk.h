@@ -57,7 +57,4 @@ private:
     PageNo m_owner;
 };
 
-/// The order of a key and the key of an index's first columns: 0 if it begins with that.
-int compareWithStart(storage::Bytes key, storage::Bytes start);
-
 } // namespace jet

@@ -6,6 +6,7 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
+#include "platform/jet/IndexLookup.h"
 
 using namespace Qt::StringLiterals;
 using storage::StorageError;
@@ -146,39 +147,94 @@ void RangeCursor::start(const std::optional<RowPointer> &behind)
         refuseRebuilt();
     const IndexDef &index = known().def.indexes[known().map.trees[position]];
     IndexKeyMaker keys(known().def, index, file.isJet4());
-    const auto bound = [&keys](const std::optional<storage::Bound> &end) {
-        return end ? std::optional(keys.bound(end->key, end->inclusive)) : std::nullopt;
+    const auto bound = [&keys](const std::optional<storage::Bound> &end, auto side) {
+        if (!end)
+            return std::optional<KeyBound>();
+        return std::optional((keys.span(end->key).*side)(end->inclusive || !keys.isCertain(end->key)));
     };
-    IndexCursor entries(file, index, known().def.page, bound(m_range.lower), bound(m_range.upper), m_range.backwards);
-    if (behind)
+    std::optional<KeyBound> lower = bound(m_range.lower, &KeySpan::lower);
+    std::optional<KeyBound> upper = bound(m_range.upper, &KeySpan::upper);
+    const std::optional<KeySpan> again = behind ? m_span : std::nullopt;
+    if (again && m_range.backwards)
+        upper = again->upper();
+    else if (again)
+        lower = again->lower();
+    IndexCursor entries(file, index, known().def.page, std::move(lower), std::move(upper), m_range.backwards);
+    if (behind && !again)
         entries.startBehind(m_entry);
     m_way.emplace(Way{&index, std::move(keys), std::move(entries)});
+    if (!again)
+        return;
+    m_way->ahead = m_way->entries.next();
+    if (m_way->ahead && again->contains(m_way->entries.key()))
+        sortSpan(*again);
+    while (!m_way->sorted.empty() && !isBehindLast(m_way->sorted.back().entry))
+        m_way->sorted.pop_back();
 }
 
 std::optional<FoundRow> RangeCursor::findNext()
 {
-    if (!m_way->entries.next())
-        return std::nullopt;
-    const RowPointer where = m_way->entries.row();
-    auto row = findRow(table().database().file(), known().def, where);
-    if (!row)
-        damaged(where.page, u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(where.row));
-    checkKey(*row);
-    const storage::Bytes entry = m_way->entries.entry();
-    m_entry.assign(entry.begin(), entry.end());
+    if (m_way->sorted.empty()) {
+        if (!m_way->ahead && !m_way->entries.next())
+            return std::nullopt;
+        m_way->ahead = false;
+        FoundRow row = rowAt(m_way->entries.row());
+        const std::vector<storage::Value> values = checkedValues(row);
+        if (m_way->keys.isCertain(values)) {
+            const storage::Bytes entry = m_way->entries.entry();
+            m_entry.assign(entry.begin(), entry.end());
+            m_span.reset();
+            return row;
+        }
+        sortSpan(m_way->keys.span(values));
+    }
+    FoundRow row = rowAt(m_way->sorted.back().row);
+    m_entry = std::move(m_way->sorted.back().entry);
+    m_span = m_way->span;
+    m_way->sorted.pop_back();
     return row;
 }
 
-/// An entry with another row's key would stand for that row, which then were missing.
-void RangeCursor::checkKey(const FoundRow &row) const
+FoundRow RangeCursor::rowAt(RowPointer where) const
 {
-    std::vector<storage::Value> values;
-    for (const IndexColumnDef &part : m_way->index->columns) {
-        values.push_back(readField(table().database().file(), table().database().codec(), row.view,
-                                   *known().def.column(part.column)));
-    }
-    if (!m_way->keys.explains(values, m_way->entries.key()))
+    auto row = findRow(table().database().file(), known().def, where);
+    if (!row)
+        damaged(where.page, u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(where.row));
+    return std::move(*row);
+}
+
+/// The values of the row of the current entry. An entry with another row's key would stand for that row, which then
+/// were missing.
+std::vector<storage::Value> RangeCursor::checkedValues(const FoundRow &row) const
+{
+    std::vector<storage::Value> values
+        = indexedValues(table().database().file(), table().database().codec(), known().def, *m_way->index, row.view);
+    const storage::Bytes key = m_way->entries.key();
+    if (compareKeys(m_way->keys.make(values), key) != 0 && !m_way->keys.isOthersKey(values, key))
         damaged(row.home.page, u"Zeile %1 steht mit einem falschen Schlüssel in einem Index"_s.arg(row.home.row));
+    return values;
+}
+
+/// Takes the current entry and those that follow within the span.
+void RangeCursor::sortSpan(KeySpan span)
+{
+    std::vector<Place> &sorted = m_way->sorted;
+    do {
+        const RowPointer where = m_way->entries.row();
+        sorted.push_back({indexEntry(m_way->keys.make(checkedValues(rowAt(where))), where), where});
+        m_way->ahead = m_way->entries.next();
+    } while (m_way->ahead && span.contains(m_way->entries.key()));
+    m_way->span = std::move(span);
+    std::ranges::sort(sorted, [this](const Place &a, const Place &b) {
+        const int order = compareKeys(a.entry, b.entry);
+        return m_range.backwards ? order < 0 : order > 0;
+    });
+}
+
+bool RangeCursor::isBehindLast(const KeyBytes &entry) const
+{
+    const int order = compareKeys(entry, m_entry);
+    return m_range.backwards ? order < 0 : order > 0;
 }
 
 SingleRowCursor::SingleRowCursor(const JetTable &table, JetTable::KnownPtr known, FoundRow row)

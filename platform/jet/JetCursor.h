@@ -60,7 +60,8 @@ private:
     std::optional<RowScan> m_scan{};
 };
 
-/// The rows of a range of an index, in its order.
+/// The rows of a range of an index, in the order of their values: where programs make different keys of the same value,
+/// the entries concerned are sorted anew.
 class RangeCursor final : public JetCursor
 {
 public:
@@ -69,16 +70,29 @@ public:
 private:
     void start(const std::optional<RowPointer> &behind) override;
     std::optional<FoundRow> findNext() override;
-    void checkKey(const FoundRow &row) const;
 
+    /// An entry as we make it.
+    struct Place {
+        KeyBytes entry;
+        RowPointer row;
+    };
     struct Way {
         const IndexDef *index;
         IndexKeyMaker keys;
         IndexCursor entries;
+        bool ahead = false; // `entries` stands on an entry that was not looked at yet
+        std::optional<KeySpan> span{}; // of `sorted`
+        std::vector<Place> sorted{}; // entries to come before that one, the next one at the end
     };
+    FoundRow rowAt(RowPointer where) const;
+    std::vector<storage::Value> checkedValues(const FoundRow &row) const;
+    void sortSpan(KeySpan span);
+    bool isBehindLast(const KeyBytes &entry) const;
+
     storage::KeyRange m_range;
     std::optional<Way> m_way{};
     KeyBytes m_entry{}; // of the last row
+    std::optional<KeySpan> m_span{}; // in which it was sorted, if it was
 };
 
 /// One row.

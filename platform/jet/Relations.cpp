@@ -5,7 +5,8 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
-#include "platform/jet/IndexCursor.h"
+#include "platform/jet/IndexKey.h"
+#include "platform/jet/IndexLookup.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
@@ -46,26 +47,9 @@ bool hasNull(const std::vector<Value> &key)
     return std::ranges::any_of(key, storage::isNull);
 }
 
-/// The partner's rows with that key. The rows have the last word: some programs get entries of the index wrong.
 std::vector<RowPointer> rowsWith(const JetDatabase &database, const Partner &partner, const std::vector<Value> &values)
 {
-    const TableDef &def = partner.known->def;
-    const IndexKeyMaker keys = keysOf(database, partner);
-    const KeyBytes key = keys.make(values);
-    const KeyBound bound = keys.bound(values, true);
-    IndexCursor cursor(database.file(), partner.tree, def.page, bound, bound);
-    std::vector<RowPointer> rows;
-    while (cursor.next()) {
-        const auto found = findRow(database.file(), def, cursor.row());
-        if (!found)
-            damaged(cursor.row().page, u"Ein Index verweist auf Zeile %1, die es nicht gibt"_s.arg(cursor.row().row));
-        std::vector<Value> own;
-        for (const IndexColumnDef &part : partner.tree.columns)
-            own.push_back(readField(database.file(), database.codec(), found->view, *def.column(part.column)));
-        if (keys.make(own) == key)
-            rows.push_back(cursor.row());
-    }
-    return rows;
+    return rowsWith(database.file(), database.codec(), partner.known->def, partner.tree, values);
 }
 
 [[noreturn]] void refuse(const QString &name)

@@ -6,7 +6,7 @@
 #include "platform/jet/CatalogWriter.h"
 #include "platform/jet/Damage.h"
 #include "platform/jet/FieldReader.h"
-#include "platform/jet/IndexTree.h"
+#include "platform/jet/IndexLookup.h"
 #include "platform/jet/Relationships.h"
 #include "platform/jet/RowScan.h"
 #include "platform/jet/SystemTables.h"
@@ -146,12 +146,11 @@ std::size_t SchemaWriter::childIndex(TableDef &def, const std::vector<std::uint1
 void SchemaWriter::requireParents(const storage::Relationship &relationship, const TableDef &parent,
                                   const TableDef &child, std::size_t parentIndex, std::size_t childIndex)
 {
-    const TableWriter rows(m_file, m_codec, child);
-    IndexTree tree(m_file, parent.indexes[parentIndex], parent.page);
     RowScan scan(m_file, child);
     while (const auto found = scan.next()) {
-        const auto key = rows.keyOf(child.indexes[childIndex], found->view);
-        if (key && !key->hasNull && !tree.contains(key->key)) {
+        const auto values = indexedValues(m_file, m_codec, child, child.indexes[childIndex], found->view);
+        if (std::ranges::none_of(values, storage::isNull)
+            && rowsWith(m_file, m_codec, parent, parent.indexes[parentIndex], values).empty()) {
             throw StorageError(StorageError::ParentMissing,
                                u"In %1 gibt es Zeilen, zu denen in %2 keine gehört."_s.arg(relationship.foreignTable,
                                                                                            relationship.table),

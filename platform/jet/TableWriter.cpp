@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "platform/jet/Damage.h"
-#include "platform/jet/FieldReader.h"
 #include "platform/jet/Format.h"
+#include "platform/jet/IndexLookup.h"
 #include "platform/jet/IndexNode.h"
 #include "platform/jet/IndexTree.h"
 #include "platform/jet/LongValue.h"
@@ -110,7 +110,7 @@ void TableWriter::update(const FoundRow &row, std::span<const ColumnValue> value
     const RowView view(bytes, row.home, m_def, m_file.isJet4());
     for (std::size_t i = 0; i < m_def.indexes.size(); ++i) {
         const auto after = keyOf(m_def.indexes[i], view);
-        if (after.has_value() == before[i].has_value() && (!after || after->key == before[i]->key))
+        if (after.has_value() == before[i].has_value() && (!after || keepsEntry(i, *before[i], *after)))
             continue;
         removeKey(i, before[i], row.home);
         insertKey(i, after, row.home);
@@ -197,18 +197,12 @@ void TableWriter::freeLong(const ColumnDef &column, const RowView &row)
 
 std::optional<TableWriter::RowKey> TableWriter::keyOf(const IndexDef &index, const RowView &row) const
 {
-    std::vector<Value> values;
-    for (const IndexColumnDef &part : index.columns)
-        values.push_back(readField(m_file, m_codec, row, *m_def.column(part.column)));
-    return keyOf(index, values);
-}
-
-std::optional<TableWriter::RowKey> TableWriter::keyOf(const IndexDef &index, std::span<const Value> values) const
-{
+    std::vector<Value> values = indexedValues(m_file, m_codec, m_def, index, row);
     const auto nulls = std::ranges::count_if(values, storage::isNull);
     if (index.ignoresNulls() && static_cast<std::size_t>(nulls) == values.size())
         return std::nullopt;
-    return RowKey{IndexKeyMaker(m_def, index, m_file.isJet4()).make(values), nulls > 0};
+    KeyBytes key = IndexKeyMaker(m_def, index, m_file.isJet4()).make(values);
+    return RowKey{std::move(key), std::move(values), nulls > 0};
 }
 
 void TableWriter::insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row)
@@ -217,8 +211,11 @@ void TableWriter::insertKey(std::size_t index, const std::optional<RowKey> &key,
     requireIndexable(index, key);
     if (!key)
         return;
-    const auto duplicates
-        = def.isUnique() && !key->hasNull ? IndexTree::Duplicates::Refused : IndexTree::Duplicates::Allowed;
+    const bool unique = def.isUnique() && !key->hasNull;
+    const bool certain = !unique || IndexKeyMaker(m_def, def, m_file.isJet4()).isCertain(key->values);
+    if (!certain && !rowsWith(m_file, m_codec, m_def, def, key->values).empty())
+        refuseDuplicate(index);
+    const auto duplicates = unique && certain ? IndexTree::Duplicates::Refused : IndexTree::Duplicates::Allowed;
     switch (IndexTree(m_file, def, m_def.page).insert(key->key, row, duplicates)) {
     case IndexTree::Inserted::Refused:
         refuseDuplicate(index);
@@ -228,6 +225,14 @@ void TableWriter::insertKey(std::size_t index, const std::optional<RowKey> &key,
     case IndexTree::Inserted::KnownKey:
         break;
     }
+}
+
+/// Not where the entry may have another program's key, which then would not be one of the new values.
+bool TableWriter::keepsEntry(std::size_t index, const RowKey &before, const RowKey &after) const
+{
+    return before.values == after.values
+        || (before.key == after.key
+            && IndexKeyMaker(m_def, m_def.indexes[index], m_file.isJet4()).isCertain(after.values));
 }
 
 void TableWriter::removeKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row)

@@ -42,10 +42,10 @@ public:
     /// The key of a row in an index; nothing if the index leaves the row out.
     struct RowKey {
         KeyBytes key;
+        std::vector<storage::Value> values;
         bool hasNull;
     };
     std::optional<RowKey> keyOf(const IndexDef &index, const RowView &row) const;
-    std::optional<RowKey> keyOf(const IndexDef &index, std::span<const storage::Value> values) const;
 
 private:
     void requireKeepable() const;
@@ -55,6 +55,7 @@ private:
     void moveOutOfRow(RowBuilder &builder, const ColumnDef &column);
     void freeLong(const ColumnDef &column, const RowView &row);
     void insertKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
+    bool keepsEntry(std::size_t index, const RowKey &before, const RowKey &after) const;
     void removeKey(std::size_t index, const std::optional<RowKey> &key, RowPointer row);
     void requireIndexable(std::size_t index, const std::optional<RowKey> &key) const;
     [[noreturn]] void refuseDuplicate(std::size_t index) const;

@@ -48,7 +48,8 @@ void appendAccents(const std::vector<std::uint8_t> &accents, KeyBytes &key)
     }
 }
 
-void appendKey3(QStringView text, KeyBytes &key)
+/// Returns the size of `key` where the letters end. No letter has a byte below 0x10, no accents begin with more.
+std::size_t appendKey3(QStringView text, KeyBytes &key)
 {
     constexpr std::uint8_t noAccent = 2;
     std::vector<std::uint8_t> accents;
@@ -71,7 +72,9 @@ void appendKey3(QStringView text, KeyBytes &key)
             accents.push_back(weight->accent);
         }
     }
+    const std::size_t lettersEnd = key.size();
     appendAccents(accents, key);
+    return lettersEnd;
 }
 
 /// What one unit contributes to a key of Jet 4.
@@ -257,10 +260,32 @@ std::size_t appendKey4(QStringView text, KeyBytes &key)
     return lettersEnd;
 }
 
-void invertFrom(std::size_t start, KeyBytes &key)
+std::size_t appendKey(QStringView text, bool jet4, KeyBytes &key)
 {
-    for (std::size_t i = start; i < key.size(); ++i)
-        key[i] = ~key[i];
+    return jet4 ? appendKey4(significant(text), key) : appendKey3(significant(text), key);
+}
+
+/// The key bytes of the letters that sort as several.
+const std::vector<KeyBytes> &expansions(bool jet4)
+{
+    static const auto collected = [](bool four) {
+        std::vector<KeyBytes> all;
+        for (const TextWeight3 &weight : textWeights3) {
+            if (!four && weight.second != 0)
+                all.push_back({byteOf(weight.first), byteOf(weight.second)});
+        }
+        for (const std::uint64_t run : four ? textRuns4 : std::span<const std::uint64_t>()) {
+            const auto first = static_cast<std::uint32_t>(run >> 40);
+            for (std::uint32_t i = 0; i < ((run >> 28) & 0xFFF); ++i) {
+                const Weight4 weight = findWeight4(static_cast<char16_t>(first + i));
+                if (weight.kind->weight > 1)
+                    appendLetters(weight, all.emplace_back());
+            }
+        }
+        return all;
+    };
+    static const std::vector<KeyBytes> known[] = {collected(false), collected(true)};
+    return known[jet4 ? 1 : 0];
 }
 
 /// The first key byte of an ASCII character that contributes nothing but letters; 0 for all others.
@@ -279,17 +304,20 @@ std::array<std::uint8_t, 128> plainWeights(bool jet4)
     return weights;
 }
 
+/// The first key byte if the character is one of those; else 0.
+int plainWeight(QChar character, bool jet4)
+{
+    static const std::array<std::uint8_t, 128> weights[] = {plainWeights(false), plainWeights(true)};
+    return character.unicode() < weights[0].size() ? weights[jet4 ? 1 : 0][character.unicode()] : 0;
+}
+
 /// The order of two significant texts where it shows in plain ASCII characters; nothing if more has to be looked at.
 std::optional<int> comparePlain(bool jet4, QStringView left, QStringView right)
 {
-    static const std::array<std::uint8_t, 128> weights[] = {plainWeights(false), plainWeights(true)};
-    const auto weight = [&plain = weights[jet4 ? 1 : 0]](QChar character) -> int {
-        return character.unicode() < plain.size() ? plain[character.unicode()] : 0;
-    };
     const qsizetype common = std::min(left.size(), right.size());
     for (qsizetype i = 0; i < common; ++i) {
-        const int first = weight(left[i]);
-        const int second = weight(right[i]);
+        const int first = plainWeight(left[i], jet4);
+        const int second = plainWeight(right[i], jet4);
         if (first == 0 || second == 0)
             return std::nullopt;
         if (first != second)
@@ -299,7 +327,7 @@ std::optional<int> comparePlain(bool jet4, QStringView left, QStringView right)
         return 0;
     const QStringView rest = (left.size() > right.size() ? left : right).sliced(common);
     // Whatever follows must not be one of those that count less than the end of the letters does
-    if (weight(rest.front()) == 0)
+    if (plainWeight(rest.front(), jet4) == 0)
         return std::nullopt;
     return left.size() < right.size() ? -1 : 1;
 }
@@ -309,10 +337,7 @@ std::optional<int> comparePlain(bool jet4, QStringView left, QStringView right)
 void appendTextKey(QStringView text, bool jet4, bool ascending, KeyBytes &key)
 {
     const std::size_t start = key.size();
-    if (jet4)
-        appendKey4(significant(text), key);
-    else
-        appendKey3(significant(text), key);
+    appendKey(text, jet4, key);
     if (ascending)
         return;
     invertFrom(start, key);
@@ -320,19 +345,31 @@ void appendTextKey(QStringView text, bool jet4, bool ascending, KeyBytes &key)
         key.push_back(std::byte{0});
 }
 
-bool appendTextBound(QStringView text, bool jet4, bool ascending, KeyBytes &key)
+bool isCertainText(QStringView text, bool jet4)
 {
-    KeyBytes whole;
-    const std::size_t lettersEnd = jet4 ? appendKey4(significant(text), whole) : 0;
-    if (!jet4 || lettersEnd + 1 == whole.size()) {
-        appendTextKey(text, jet4, ascending, key);
+    if (std::ranges::all_of(text, [jet4](QChar character) { return plainWeight(character, jet4) != 0; }))
         return true;
+    KeyBytes key;
+    const std::size_t lettersEnd = appendKey(text, jet4, key);
+    if (key.size() == lettersEnd + 1) // nothing behind them
+        return true;
+    key.resize(lettersEnd);
+    return std::ranges::none_of(
+        expansions(jet4), [&key](const KeyBytes &expansion) { return !std::ranges::search(key, expansion).empty(); });
+}
+
+void appendTextSpan(QStringView text, bool jet4, bool ascending, KeyBytes &first, KeyBytes &last)
+{
+    KeyBytes key;
+    key.resize(appendKey(text, jet4, key));
+    for (KeyBytes *end : {&first, &last}) {
+        const std::size_t start = end->size();
+        end->insert(end->end(), key.begin(), key.end());
+        if (!jet4) // nothing says where the letters end but what follows: 00 to 0F
+            end->push_back((end == &first) == ascending ? std::byte{0x00} : std::byte{0x0F});
+        if (!ascending)
+            invertFrom(start, *end);
     }
-    const std::size_t start = key.size();
-    key.insert(key.end(), whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(lettersEnd));
-    if (!ascending)
-        invertFrom(start, key);
-    return false;
 }
 
 bool hasExpandingLetter(QStringView text, bool jet4)

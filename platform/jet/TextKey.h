@@ -11,9 +11,11 @@ namespace jet {
 /// In Jet 3, characters outside code page 1252 sort behind all others; no stored text has them.
 void appendTextKey(QStringView text, bool jet4, bool ascending, KeyBytes &key);
 
-/// The same for the end of a range, but only as much of the key as all programs agree on: some get accents and marks
-/// behind letters like "ß" wrong. Returns whether that is the whole key.
-bool appendTextBound(QStringView text, bool jet4, bool ascending, KeyBytes &key);
+/// Whether all programs make the same key of the text, and of no other. Some count letters like "ß" as one instead of
+/// two, which misplaces accents and marks behind them; "Müßig" and "Müssig" have equal keys, but not with them.
+bool isCertainText(QStringView text, bool jet4);
+/// The ends between which all keys of the texts with these letters lie, or begin with one of them.
+void appendTextSpan(QStringView text, bool jet4, bool ascending, KeyBytes &first, KeyBytes &last);
 
 /// Whether a letter of the text sorts as several ("ß" as "ss"): some programs get the keys of such texts wrong.
 bool hasExpandingLetter(QStringView text, bool jet4);

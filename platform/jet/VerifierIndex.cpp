@@ -5,8 +5,8 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/DataPage.h"
-#include "platform/jet/FieldReader.h"
 #include "platform/jet/IndexCursor.h"
+#include "platform/jet/IndexLookup.h"
 #include "platform/jet/UsageMap.h"
 
 using namespace Qt::StringLiterals;
@@ -104,12 +104,10 @@ void IndexCheck::checkLinks(const IndexNode &left, const IndexNode &right)
 void IndexCheck::checkEntries(const std::vector<PageNo> *rowPages)
 {
     IndexCursor cursor(m_file, m_index, m_def.page);
-    KeyBytes previous;
     std::uint64_t entries = 0;
     while (cursor.next() && !m_findings.full()) {
         ++entries;
-        m_findings.attempt(m_place, [&] { checkEntry(cursor.row(), cursor.key(), previous); });
-        previous.assign(cursor.key().begin(), cursor.key().end());
+        m_findings.attempt(m_place, [&] { checkEntry(cursor.row(), cursor.key()); });
     }
     m_findings.report().entries += entries;
     if (rowPages == nullptr || m_findings.full())
@@ -119,7 +117,7 @@ void IndexCheck::checkEntries(const std::vector<PageNo> *rowPages)
         m_findings.fault(u"%1: er hat %2 Einträge für %3 Zeilen"_s.arg(m_place).arg(entries).arg(rows));
 }
 
-void IndexCheck::checkEntry(RowPointer row, storage::Bytes key, storage::Bytes previous)
+void IndexCheck::checkEntry(RowPointer row, storage::Bytes key)
 {
     const std::optional<FoundRow> found = findRow(m_file, m_def, row);
     if (!found) {
@@ -139,9 +137,20 @@ void IndexCheck::checkEntry(RowPointer row, storage::Bytes key, storage::Bytes p
     if (hasNull && m_index.isRequired()) {
         m_findings.fault(u"%1: Zeile %2 der Seite %3 hat ein leeres Feld"_s.arg(m_place).arg(row.row).arg(row.page));
     }
-    if (m_index.isUnique() && !hasNull && compareKeys(key, previous) == 0)
+    if (m_index.isUnique() && !hasNull && isSecond(values))
         m_findings.fault(u"%1: Zeile %2 der Seite %3 ist doppelt"_s.arg(m_place).arg(row.row).arg(row.page));
     compareKey(row, key, values);
+}
+
+/// Whether another row with these values came before, wherever its entry stands.
+bool IndexCheck::isSecond(const std::vector<Value> &values)
+{
+    const IndexKeyMaker maker(m_def, m_index, m_file.isJet4());
+    KeySpan span = maker.span(values);
+    if (span.first != m_seenFrom)
+        m_seen.clear();
+    m_seenFrom = std::move(span.first);
+    return !m_seen.insert(maker.make(values)).second;
 }
 
 /// A key that we would make differently is a fault, except where other programs are known to count a letter such as
@@ -155,7 +164,7 @@ void IndexCheck::compareKey(RowPointer row, storage::Bytes stored, const std::ve
     }
     const QString text
         = u"%1: der Schlüssel für Zeile %2 der Seite %3 ist falsch"_s.arg(m_place).arg(row.row).arg(row.page);
-    if (maker.explains(values, stored))
+    if (maker.isOthersKey(values, stored))
         m_findings.note(u"%1 (Buchstaben wie „ß“ als einer gezählt)"_s.arg(text));
     else
         m_findings.fault(text);
@@ -163,10 +172,7 @@ void IndexCheck::compareKey(RowPointer row, storage::Bytes stored, const std::ve
 
 std::vector<Value> IndexCheck::keyValues(const RowView &row) const
 {
-    std::vector<Value> values;
-    for (const IndexColumnDef &part : m_index.columns)
-        values.push_back(readField(m_file, m_codec, row, *m_def.column(part.column)));
-    return values;
+    return indexedValues(m_file, m_codec, m_def, m_index, row);
 }
 
 bool IndexCheck::isLeftOut(const std::vector<Value> &values) const

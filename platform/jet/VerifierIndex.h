@@ -31,10 +31,11 @@ private:
     std::size_t visit(PageNo number, std::size_t depth, std::set<PageNo> &seen);
     static void checkLinks(const IndexNode &left, const IndexNode &right);
     void checkEntries(const std::vector<PageNo> *rowPages);
-    void checkEntry(RowPointer row, storage::Bytes key, storage::Bytes previous);
+    void checkEntry(RowPointer row, storage::Bytes key);
+    void compareKey(RowPointer row, storage::Bytes stored, const std::vector<storage::Value> &values);
+    bool isSecond(const std::vector<storage::Value> &values);
     std::vector<storage::Value> keyValues(const RowView &row) const;
     bool isLeftOut(const std::vector<storage::Value> &values) const;
-    void compareKey(RowPointer row, storage::Bytes stored, const std::vector<storage::Value> &values);
     std::uint64_t countRows(const std::vector<PageNo> &rowPages) const;
 
     PageFile &m_file;
@@ -45,6 +46,8 @@ private:
     Findings &m_findings;
     PageBook &m_book;
     KeySupport m_support;
+    std::set<KeyBytes> m_seen{}; // the keys of the rows whose entries can stand where those of the row before can
+    KeyBytes m_seenFrom{}; // where these begin
     bool m_levelsDiffer = false;
     std::map<std::size_t, IndexNode> m_lastOfUpper{}; // pages above the leaves seen last, by distance from the root
 };

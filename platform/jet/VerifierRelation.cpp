@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/jet/FieldReader.h"
-#include "platform/jet/IndexCursor.h"
+#include "platform/jet/IndexKey.h"
+#include "platform/jet/IndexLookup.h"
 #include "platform/jet/RowScan.h"
 
 using namespace Qt::StringLiterals;
@@ -20,17 +20,13 @@ void checkReferences(PageFile &file, const TextCodec &codec, const RelationSide 
     const IndexDef &to = referenced.table.indexes[referenced.index.real];
     if (keySupport(referenced.table, to, file.isJet4(), file.header().codePage) == KeySupport::None)
         return;
-    const IndexKeyMaker maker(referenced.table, to, file.isJet4());
     RowScan scan(file, referencing.table);
     for (auto row = scan.next(); row && !findings.full(); row = scan.next()) {
-        std::vector<Value> values;
-        for (const IndexColumnDef &part : from.columns)
-            values.push_back(readField(file, codec, row->view, *referencing.table.column(part.column)));
-        if (std::ranges::any_of(values, storage::isNull))
+        const std::vector<Value> values = indexedValues(file, codec, referencing.table, from, row->view);
+        if (std::ranges::any_of(values, storage::isNull)
+            || !rowsWith(file, codec, referenced.table, to, values).empty()) {
             continue;
-        const KeyBound bound = maker.bound(values, true);
-        if (IndexCursor(file, to, referenced.table.page, bound, bound).next())
-            continue;
+        }
         findings.fault(
             u"Beziehung %1: zu Zeile %2 der Seite %3 von %4 fehlt die Zeile in %5"_s.arg(referencing.index.name)
                 .arg(row->home.row)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/dao/TestDatabase.h"
+#include "tests/jet/OthersKeys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -78,4 +79,29 @@ TEST_F(IndexUse, FindsTheRowsOfUpdatesAndJoins)
     EXPECT_EQ(t.jet->scans, 0);
     EXPECT_EQ(t.rows(u"SELECT a.Nr FROM t AS a INNER JOIN t AS b ON a.Nr = b.Nr WHERE b.Preis > 37.5"_s), u"D38"_s);
     EXPECT_EQ(t.db->Execute(u"UPDATE t SET Art = Art + 1 WHERE Art >= 2"_s), 17) << "no row is met twice";
+}
+
+TEST(IndexOfOthers, GivesCandidatesAndTheValuesDecide)
+{
+    TestEngine t;
+    t.run({u"CREATE TABLE k (Nr LONG CONSTRAINT p PRIMARY KEY, Name TEXT(50))", u"CREATE INDEX iName ON k (Name)",
+           u"INSERT INTO k VALUES (1, 'Bäckerei Großmann & Sôhne')", u"INSERT INTO k VALUES (2, 'Bäckerei Großmann')",
+           u"INSERT INTO k VALUES (3, 'Bäckerei Grossmann & Söhne')", u"INSERT INTO k VALUES (4, 'Zoë')",
+           u"CREATE TABLE m (Name TEXT(50))", u"INSERT INTO m VALUES ('BÄCKEREI GROSSMANN & SÔHNE')"});
+    ASSERT_EQ(writeOthersKeys(t.path), 1U);
+    t.jet->scans = 0;
+    const std::pair<QString, QString> queries[] = {
+        {u"WHERE Name = 'Bäckerei Großmann & Sôhne'"_s, u"1"_s},
+        {u"WHERE Name >= 'Bäckerei Grossmann & Sôhne' ORDER BY Name"_s, u"1;3;4"_s},
+        {u"WHERE Name > 'Bäckerei Großmann & Sôhne' ORDER BY Name"_s, u"3;4"_s},
+        {u"WHERE Name < 'Bäckerei Großmann & Söhne' ORDER BY Name DESC"_s, u"1;2"_s},
+        {u"WHERE Name BETWEEN 'bäckerei großmann & sôhne' AND 'Y' ORDER BY Name DESC"_s, u"3;1"_s},
+    };
+    for (const auto &[condition, expected] : queries)
+        EXPECT_EQ(t.rows(u"SELECT Nr FROM k "_s + condition), expected) << condition.toStdString();
+    EXPECT_EQ(t.jet->scans, 0);
+    EXPECT_EQ(t.rows(u"SELECT Nr FROM k ORDER BY Name DESC"_s), u"4;3;1;2"_s);
+    EXPECT_EQ(t.rows(u"SELECT k.Nr FROM m INNER JOIN k ON m.Name = k.Name"_s), u"1"_s);
+    EXPECT_EQ(t.db->Execute(u"DELETE FROM k WHERE Name = 'Bäckerei Großmann & Sôhne'"_s), 1);
+    EXPECT_EQ(t.rows(u"SELECT Nr FROM k ORDER BY Name"_s), u"2;3;4"_s);
 }

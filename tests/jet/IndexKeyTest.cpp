@@ -107,19 +107,35 @@ TEST(IndexKey, RefusesWhatItsColumnCannotHold)
         EXPECT_THROW(keyOf(type, value, true), storage::StorageError) << static_cast<int>(type);
 }
 
-TEST(IndexKey, BoundsLeaveOutWhatSomeProgramsGetWrong)
+TEST(IndexKey, HasASpanWhereProgramsDisagree)
 {
     jet::TableDef table;
     table.columns = {{.name = u"A"_s, .number = 0}, {.name = u"B"_s, .type = ColumnType::Long, .number = 1}};
     jet::IndexDef index;
     index.columns = {{0, true}, {1, true}};
-    const jet::IndexKeyMaker keys(table, index, true);
-    const Value plain[] = {u"ab"_s, std::int64_t{1}};
-    EXPECT_EQ(hex(keys.bound(plain, false).key), "7f 4a 4c 01 00 7f 80 00 00 01");
-    EXPECT_FALSE(keys.bound(plain, false).inclusive);
-    const Value accented[] = {u"äb"_s, std::int64_t{1}};
-    EXPECT_EQ(hex(keys.bound(accented, false).key), "7f 4a 4c 01");
-    EXPECT_TRUE(keys.bound(accented, false).inclusive);
+    // clang-format off
+    struct Row { QString text; bool jet4; bool ascending; QByteArray first; QByteArray last; };
+    const Row rows[] = {
+        {u"ab"_s,    true,  true,  "7f 4a 4c 01 00 7f 80 00 00 01", {}},
+        {u"äb"_s,    true,  true,  "7f 4a 4c 01 13 00 7f 80 00 00 01", {}},
+        {u"ßb"_s,    true,  true,  "7f 6b 6b 4c 01 00 7f 80 00 00 01", {}},
+        {u"ßä"_s,    true,  true,  "7f 6b 6b 4a 01", "7f 6b 6b 4a 01"},
+        {u"ss-a"_s,  true,  true,  "7f 6b 6b 4a 01", "7f 6b 6b 4a 01"},
+        {u"ssä"_s,   true,  false, "80 94 94 b5 fe", "80 94 94 b5 fe"},
+        {u"äb"_s,    false, true,  "7f 60 61 06 00 7f 80 00 00 01", {}},
+        {u"ßä"_s,    false, true,  "7f 76 76 60 00", "7f 76 76 60 0f"},
+        {u"SSÄ"_s,   false, false, "80 89 89 9f f0", "80 89 89 9f ff"},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(qPrintable(row.text));
+        index.columns.front().ascending = row.ascending;
+        const jet::IndexKeyMaker keys(table, index, row.jet4);
+        const Value values[] = {row.text, std::int64_t{1}};
+        EXPECT_EQ(keys.isCertain(values), row.last.isEmpty());
+        EXPECT_EQ(hex(keys.span(values).first), row.first);
+        EXPECT_EQ(hex(keys.span(values).last), row.last.isEmpty() ? row.first : row.last);
+    }
 }
 
 TEST(CompareTexts, AgreesWithTheKeys)
