@@ -56,15 +56,6 @@ void requireLength(qsizetype length, const QString &unit, const Value &value, co
                u"%1 %2, möglich sind %3"_s.arg(length).arg(unit).arg(column.size));
 }
 
-QString currencyDecimal(storage::Currency amount)
-{
-    QString digits = QString::number(amount.tenThousandths);
-    const bool negative = digits.startsWith(u'-');
-    digits = digits.mid(negative ? 1 : 0).rightJustified(5, u'0');
-    digits.insert(digits.size() - 4, u'.');
-    return negative ? u'-' + digits : digits;
-}
-
 /// The value as an exact decimal; nothing if it is no number.
 std::optional<QString> decimalOf(const Value &value)
 {
@@ -75,7 +66,7 @@ std::optional<QString> decimalOf(const Value &value)
                           [](double number) -> Result {
                               return std::isfinite(number) ? Result(decimalFromDouble(number)) : std::nullopt;
                           },
-                          [](storage::Currency amount) -> Result { return currencyDecimal(amount); },
+                          [](storage::Currency amount) -> Result { return decimalFromCurrency(amount); },
                           [](storage::DateTime moment) -> Result { return decimalFromDouble(moment.days); },
                           [](const storage::Decimal &decimal) -> Result { return decimal.text; },
                           [](const QString &text) -> Result { return decimalFromText(text); },

@@ -50,6 +50,15 @@ QString decimalFromDouble(double number)
     return QString::number(number, 'f', QLocale::FloatingPointShortest);
 }
 
+QString decimalFromCurrency(storage::Currency amount)
+{
+    QString digits = QString::number(amount.tenThousandths);
+    const bool negative = digits.startsWith(u'-');
+    digits = digits.mid(negative ? 1 : 0).rightJustified(5, u'0');
+    digits.insert(digits.size() - 4, u'.');
+    return negative ? u'-' + digits : digits;
+}
+
 QString roundedDecimal(const QString &plain, int scale)
 {
     const bool negative = plain.startsWith(u'-');

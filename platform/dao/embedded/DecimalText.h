@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include "platform/storage/Value.h"
+
 namespace dao {
 
 /// Exact decimal numbers as plain text: an optional minus, digits, at most one point ("-12.50").
@@ -13,6 +15,8 @@ std::optional<QString> decimalFromText(const QString &text);
 
 /// A finite double's shortest exact reading.
 QString decimalFromDouble(double number);
+
+QString decimalFromCurrency(storage::Currency amount);
 
 /// Exactly `scale` digits behind the point (none: no point), rounded half to even.
 QString roundedDecimal(const QString &plain, int scale);

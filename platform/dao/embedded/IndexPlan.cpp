@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "platform/dao/embedded/Convert.h"
-#include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/DecimalText.h"
+#include "platform/dao/embedded/ExactNumber.h"
 #include "platform/dao/embedded/SqliteValues.h"
 
 using storage::Column;
@@ -66,7 +67,6 @@ public:
 
     IndexPlan choose()
     {
-        refuseMixedTypes();
         Candidate best;
         best.rows = m_rows;
         best.cost = m_rows;
@@ -91,23 +91,6 @@ private:
         double cost = 0;
         bool ordered = false;
     };
-
-    void refuseMixedTypes() const
-    {
-        for (int i = 0; i < m_info->nConstraint; ++i) {
-            const auto &constraint = m_info->aConstraint[i];
-            sqlite3_value *value = nullptr;
-            if (constraint.iColumn < 0 || letterOf(constraint.op) == 0
-                || sqlite3_vtab_rhs_value(m_info, i, &value) != SQLITE_OK)
-                continue;
-            const Column &column = columnAt(m_schema, constraint.iColumn);
-            const int type = sqlite3_value_type(value);
-            const bool isNumber = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-            const bool wantsText = isText(column.type) || column.type == Type::Guid;
-            if ((wantsText && isNumber) || (!wantsText && type == SQLITE_TEXT))
-                throw daoError(number::CriterionType, column.name);
-        }
-    }
 
     /// The usable condition on a column whose letter is one of `letters`, or -1.
     int find(int column, std::string_view letters) const
@@ -215,25 +198,32 @@ std::optional<double> numberOf(const Value &value)
     return real != nullptr && std::isfinite(*real) ? std::optional(*real) : std::nullopt;
 }
 
+std::optional<Value> exactKeyOf(const storage::Decimal &decimal, const Column &column)
+{
+    Value key = coerced(decimal, column);
+    const auto *amount = std::get_if<storage::Currency>(&key);
+    const QString rounded = amount ? decimalFromCurrency(*amount) : std::get<storage::Decimal>(key).text;
+    return exactBytes(rounded) == exactBytes(decimal.text) ? std::optional(std::move(key)) : std::nullopt;
+}
+
 /// The key of a column that compares exactly as the value does in SQL; nothing if there is none.
 std::optional<Value> keyOf(const Value &value, const Column &column)
 {
     if (isText(column.type))
         return std::holds_alternative<QString>(value) ? std::optional(value) : std::nullopt;
+    const bool isExact = column.type == Type::Currency || column.type == Type::Numeric;
     const auto number = numberOf(value);
-    if (!number)
+    if (isExact ? !std::holds_alternative<storage::Decimal>(value) : !number)
         return std::nullopt;
     try {
+        if (isExact)
+            return exactKeyOf(std::get<storage::Decimal>(value), column);
         const Value key = coerced(*number, column);
         if (column.type == Type::Boolean)
             return *number == 0 || *number == -1 ? std::optional(key) : std::nullopt;
         if (column.type == Type::Single && static_cast<double>(static_cast<float>(*number)) != *number)
             return std::nullopt;
         if (const auto *whole = std::get_if<std::int64_t>(&key); whole && static_cast<double>(*whole) != *number)
-            return std::nullopt;
-        if (const auto *amount = std::get_if<storage::Currency>(&key); amount && realOf(*amount) != *number)
-            return std::nullopt;
-        if (const auto *decimal = std::get_if<storage::Decimal>(&key); decimal && decimal->text.toDouble() != *number)
             return std::nullopt;
         return key;
     } catch (const storage::StorageError &) {

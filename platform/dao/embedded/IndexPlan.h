@@ -19,8 +19,7 @@ struct IndexPlan {
     QByteArray steps{};
 };
 
-/// Chooses the cheapest walk and tells SQLite about it in `info`. Throws DaoError 3464 for a condition that compares a
-/// number column with a text literal or the other way round.
+/// Chooses the cheapest walk and tells SQLite about it in `info`.
 IndexPlan planWalk(sqlite3_index_info *info, const storage::TableSchema &schema, std::int64_t rows);
 
 /// The range for the values at run time; nothing if no row can match (a comparison with Null). A value that is not

@@ -5,7 +5,9 @@
 
 #include "platform/dao/Dao.h"
 #include "platform/dao/embedded/Convert.h"
+#include "platform/dao/embedded/DecimalText.h"
 #include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/ExactNumber.h"
 #include "platform/dao/embedded/SqliteValues.h"
 
 using namespace Qt::StringLiterals;
@@ -132,10 +134,20 @@ std::vector<ResultColumn> columnsOf(Connection &connection, sqlite3_stmt *statem
     return columns;
 }
 
+QVariant amountOf(const storage::Decimal &decimal)
+{
+    bool fits = false;
+    const qlonglong scaled = roundedDecimal(decimal.text, 4).remove(u'.').toLongLong(&fits);
+    const bool isAmount = fits && exactBytes(decimalFromCurrency({scaled})) == exactBytes(decimal.text);
+    return isAmount ? QVariant::fromValue(storage::Currency{scaled}) : QVariant::fromValue(decimal);
+}
+
 QVariant computedValue(const Value &value, const ResultColumn &column)
 {
     if (column.position >= 0)
         return variantOf(coerced(value, column.stored), column.stored.type);
+    if (const auto *decimal = std::get_if<storage::Decimal>(&value)) // an amount if it can be one
+        return amountOf(*decimal);
     if (const auto *number = std::get_if<std::int64_t>(&value); number && *number != static_cast<int>(*number))
         return static_cast<double>(*number);
     return variantOf(value, std::holds_alternative<std::int64_t>(value) ? storage::Type::Long : storage::Type::Double);
@@ -145,6 +157,10 @@ QVariant computedValue(const Value &value, const ResultColumn &column)
 int typeOf(const std::vector<ComputedRows::Row> &rows, std::size_t column)
 {
     for (const auto &row : rows) {
+        if (row[column].typeId() == qMetaTypeId<storage::Currency>())
+            return dbCurrency;
+        if (row[column].typeId() == qMetaTypeId<storage::Decimal>())
+            return dbNumeric;
         switch (row[column].typeId()) {
         case QMetaType::Int:
             return dbLong;

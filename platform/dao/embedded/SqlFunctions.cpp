@@ -1,11 +1,15 @@
 // What Jet's SQL has and SQLite's has not, or has differently: text order, Like, and a handful of functions.
 #include "platform/dao/embedded/SqlFunctions.h"
 
+#include <cmath>
 #include <iterator>
+#include <utility>
 
 #include "platform/dao/embedded/Connection.h"
 #include "platform/dao/embedded/DateText.h"
+#include "platform/dao/embedded/DecimalText.h"
 #include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/ExactNumber.h"
 #include "platform/dao/embedded/SqliteValues.h"
 #include "platform/storage/LikePattern.h"
 
@@ -126,6 +130,82 @@ void today(sqlite3_context *context, int, Arguments) noexcept
     giveResult(context, momentOf(QDateTime(QDate::currentDate(), QTime(0, 0))));
 }
 
+// Exact numbers
+
+/// Nothing for what is neither a number nor an exact one.
+std::optional<QString> decimalOf(sqlite3_value *value)
+{
+    const storage::Value number = valueOf(value);
+    if (const auto *decimal = std::get_if<storage::Decimal>(&number))
+        return decimal->text;
+    if (const auto *whole = std::get_if<std::int64_t>(&number))
+        return QString::number(*whole);
+    const auto *real = std::get_if<double>(&number);
+    return real != nullptr && std::isfinite(*real) ? std::optional(decimalFromDouble(*real)) : std::nullopt;
+}
+
+void exact(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        if (const auto decimal = decimalOf(arguments[0]))
+            giveResult(context, storage::Decimal{*decimal});
+        else
+            sqlite3_result_value(context, arguments[0]);
+    });
+}
+
+void inDouble(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        const storage::Value value = valueOf(arguments[0]);
+        if (const auto *decimal = std::get_if<storage::Decimal>(&value))
+            giveResult(context, decimal->text.toDouble());
+        else
+            sqlite3_result_value(context, arguments[0]);
+    });
+}
+
+/// Null where one of the two is no number.
+template <bool Subtracts> void add(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        const auto left = decimalOf(arguments[0]);
+        const auto right = decimalOf(arguments[1]);
+        if (left && right)
+            giveResult(context, storage::Decimal{addedDecimals(*left, Subtracts ? negatedDecimal(*right) : *right)});
+    });
+}
+
+/// The sum so far is owned by SQLite's context until the end.
+QString **sumOf(sqlite3_context *context)
+{
+    return static_cast<QString **>(sqlite3_aggregate_context(context, sizeof(QString *)));
+}
+
+void addToSum(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        const auto decimal = decimalOf(arguments[0]);
+        QString **sum = sumOf(context);
+        if (!decimal || sum == nullptr)
+            return;
+        if (*sum == nullptr)
+            *sum = std::make_unique<QString>(*decimal).release();
+        else
+            **sum = addedDecimals(**sum, *decimal);
+    });
+}
+
+void giveSum(sqlite3_context *context) noexcept
+{
+    answer(context, [&] {
+        QString **sum = sumOf(context);
+        const std::unique_ptr<QString> owned(sum == nullptr ? nullptr : std::exchange(*sum, nullptr));
+        if (owned)
+            giveResult(context, storage::Decimal{*owned});
+    });
+}
+
 struct Function {
     const char *name;
     int arguments;
@@ -141,6 +221,10 @@ constexpr Function jetFunctions[] = {
     {"jet_right", 2, ofText<right>, SQLITE_DETERMINISTIC},
     {"jet_mid", 2, ofText<middle>, SQLITE_DETERMINISTIC},
     {"jet_mid", 3, ofText<middle>, SQLITE_DETERMINISTIC},
+    {"jet_exact", 1, exact, SQLITE_DETERMINISTIC},
+    {"jet_double", 1, inDouble, SQLITE_DETERMINISTIC},
+    {"jet_add", 2, add<false>, SQLITE_DETERMINISTIC},
+    {"jet_subtract", 2, add<true>, SQLITE_DETERMINISTIC},
     {"jet_now", 0, now, 0},
     {"jet_date", 0, today, 0},
 };
@@ -155,6 +239,10 @@ void registerFunctions(Connection &connection, sqlite3 *sqlite)
             result = sqlite3_create_function(sqlite, function.name, function.arguments, SQLITE_UTF16 | function.flags,
                                              &connection, function.body, nullptr, nullptr);
         }
+    }
+    if (result == SQLITE_OK) {
+        result = sqlite3_create_function(sqlite, "jet_sum", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, &connection,
+                                         nullptr, addToSum, giveSum);
     }
     if (result != SQLITE_OK)
         throw daoError(number::Unmapped, QString::fromUtf8(sqlite3_errstr(result)));

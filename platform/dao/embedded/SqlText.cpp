@@ -10,6 +10,7 @@
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/Errors.h"
 #include "platform/dao/embedded/RowOrder.h"
+#include "platform/dao/embedded/SqlTypes.h"
 
 using namespace Qt::StringLiterals;
 
@@ -77,12 +78,16 @@ public:
         findOnlyTable();
         if (m_text.kind == StatementKind::Insert)
             findInsertColumns(schemaOf);
+        m_wording = typedWording(tokens, m_schemas, [](const Token &token) { return isOneOf(token, keywords); });
     }
 
     SqlText run()
     {
-        for (m_at = 0; m_tokens[m_at].kind != Token::End; ++m_at)
+        for (m_at = 0; m_tokens[m_at].kind != Token::End; ++m_at) {
+            m_text.sql += m_wording[m_at].before;
             translate(m_tokens[m_at]);
+            m_text.sql += m_wording[m_at].after;
+        }
         if (!m_limit.isEmpty())
             m_text.sql += "LIMIT " + m_limit;
         if (!m_text.onlyTable.isEmpty())
@@ -160,6 +165,9 @@ private:
 
     void translate(const Token &token)
     {
+        const auto &instead = m_wording[m_at].instead;
+        if (instead && !behind().isSymbol(u"("))
+            return put(*instead);
         switch (token.kind) {
         case Token::Text:
             return put(textLiteral(token.text));
@@ -232,9 +240,9 @@ private:
                 return false;
             throw daoError(number::UnknownFunction, token.text);
         }
-        ++m_at;
+        const QByteArray registered = m_wording[m_at++].instead.value_or(known->registered);
         m_parentheses.push_back(known->givesText);
-        put(QByteArray(known->registered) + '(');
+        put(registered + '(');
         return true;
     }
 
@@ -318,6 +326,7 @@ private:
     const std::vector<Token> &m_tokens;
     std::size_t m_at = 0;
     std::vector<storage::TableSchema> m_schemas;
+    std::vector<Wording> m_wording;
     SqlText m_text;
     std::vector<bool> m_parentheses; // open ones: whether a text function's
     bool m_isSetList = false;

@@ -1,6 +1,9 @@
 // Values across the border between the stored tables and SQLite.
 #include "platform/dao/embedded/SqliteValues.h"
 
+#include "platform/dao/embedded/DecimalText.h"
+#include "platform/dao/embedded/ExactNumber.h"
+
 namespace dao {
 
 using storage::Value;
@@ -13,6 +16,13 @@ QString textOf(sqlite3_value *value)
     return QString(text, sqlite3_value_bytes16(value) / 2);
 }
 
+Value bytesOf(sqlite3_value *value)
+{
+    const QByteArray bytes(static_cast<const char *>(sqlite3_value_blob(value)), sqlite3_value_bytes(value));
+    const auto decimal = exactDecimal(bytes);
+    return decimal ? Value(storage::Decimal{*decimal}) : Value(bytes);
+}
+
 struct Result {
     sqlite3_context *context;
 
@@ -20,9 +30,9 @@ struct Result {
     void operator()(bool yes) const { sqlite3_result_int(context, yes ? -1 : 0); }
     void operator()(std::int64_t number) const { sqlite3_result_int64(context, number); }
     void operator()(double number) const { sqlite3_result_double(context, number); }
-    void operator()(storage::Currency amount) const { sqlite3_result_double(context, realOf(amount)); }
+    void operator()(storage::Currency amount) const { (*this)(exactBytes(decimalFromCurrency(amount))); }
     void operator()(storage::DateTime moment) const { sqlite3_result_double(context, moment.days); }
-    void operator()(const storage::Decimal &decimal) const { sqlite3_result_double(context, decimal.text.toDouble()); }
+    void operator()(const storage::Decimal &decimal) const { (*this)(exactBytes(decimal.text)); }
     void operator()(const QString &text) const
     {
         sqlite3_result_text64(context, reinterpret_cast<const char *>(text.utf16()),
@@ -46,7 +56,7 @@ Value valueOf(sqlite3_value *value)
     case SQLITE_TEXT:
         return textOf(value);
     case SQLITE_BLOB:
-        return QByteArray(static_cast<const char *>(sqlite3_value_blob(value)), sqlite3_value_bytes(value));
+        return bytesOf(value);
     default:
         return {};
     }
@@ -55,11 +65,6 @@ Value valueOf(sqlite3_value *value)
 void giveResult(sqlite3_context *context, const Value &value)
 {
     std::visit(Result{context}, value);
-}
-
-double realOf(storage::Currency amount)
-{
-    return static_cast<double>(amount.tenThousandths) / 10000.0;
 }
 
 } // namespace dao

@@ -72,6 +72,8 @@ const char *declaredType(Type type)
         return " TEXT COLLATE NOCASE";
     case Type::Binary:
     case Type::LongBinary:
+    case Type::Currency:
+    case Type::Numeric:
         return " BLOB";
     default:
         return " REAL";

@@ -1,0 +1,489 @@
+// A recursive descent over a statement's tokens that knows what each expression gives.
+#include "platform/dao/embedded/SqlTypes.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
+
+#include "platform/dao/embedded/Convert.h"
+#include "platform/dao/embedded/DateText.h"
+#include "platform/dao/embedded/DecimalText.h"
+#include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/ExactNumber.h"
+
+using namespace Qt::StringLiterals;
+using storage::Type;
+
+namespace dao {
+
+namespace {
+
+enum class Kind { Unknown, Number, Exact, Text };
+
+Kind kindOf(Type type)
+{
+    switch (type) {
+    case Type::Currency:
+    case Type::Numeric:
+        return Kind::Exact;
+    case Type::Text:
+    case Type::Memo:
+    case Type::Guid:
+        return Kind::Text;
+    case Type::Binary:
+    case Type::LongBinary:
+        return Kind::Unknown;
+    default:
+        return Kind::Number;
+    }
+}
+
+/// An expression: the tokens from `first` up to `end`.
+struct Operand {
+    std::size_t first = 0;
+    std::size_t end = 0;
+    Kind kind = Kind::Unknown;
+    QString column{}; ///< if it is nothing but that
+    bool isLiteral = false; ///< a number, perhaps with a sign
+};
+
+class Typing
+{
+public:
+    Typing(const std::vector<Token> &tokens, const std::vector<storage::TableSchema> &schemas,
+           const std::function<bool(const Token &)> &isKeyword, std::map<QString, Kind> &aliases)
+        : m_tokens(tokens)
+        , m_schemas(schemas)
+        , m_isKeyword(isKeyword)
+        , m_aliases(aliases)
+        , m_wording(tokens.size())
+    {
+        findTableAliases();
+    }
+
+    std::vector<Wording> run()
+    {
+        if (now().isWord(u"INSERT")) { // up to the values its parentheses hold names
+            while (!now().isWord(u"VALUES") && !now().isWord(u"SELECT") && now().kind != Token::End)
+                ++m_at;
+        }
+        if (now().isWord(u"UPDATE"))
+            assignments();
+        for (clauses(); now().kind != Token::End; clauses())
+            ++m_at;
+        return std::move(m_wording);
+    }
+
+private:
+    const Token &at(std::size_t index) const { return m_tokens[std::min(index, m_tokens.size() - 1)]; }
+    const Token &now() const { return at(m_at); }
+    bool isName(const Token &token) const
+    {
+        return token.kind == Token::Name || (token.kind == Token::Word && !m_isKeyword(token));
+    }
+    bool accept(QStringView word)
+    {
+        const bool is = now().isWord(word) || now().isSymbol(word);
+        m_at += is ? 1 : 0;
+        return is;
+    }
+
+    void findTableAliases()
+    {
+        for (std::size_t i = 0; i < m_tokens.size(); ++i) {
+            for (const storage::TableSchema &schema : m_schemas) {
+                if (!isName(m_tokens[i]) || schema.name.compare(m_tokens[i].text, Qt::CaseInsensitive) != 0)
+                    continue;
+                const Token &behind = at(i + (at(i + 1).isWord(u"AS") ? 2 : 1));
+                m_tables[schema.name.toCaseFolded()] = &schema;
+                if (isName(behind))
+                    m_tables[behind.text.toCaseFolded()] = &schema;
+            }
+        }
+    }
+
+    // Statements
+
+    void assignments()
+    {
+        while (!now().isWord(u"SET") && now().kind != Token::End)
+            ++m_at;
+        do {
+            while (!now().isSymbol(u"=") && now().kind != Token::End)
+                ++m_at;
+            ++m_at;
+            keepDigits(expression());
+        } while (now().isSymbol(u","));
+    }
+
+    /// Whatever follows, up to the parenthesis that closes or the end.
+    void clauses()
+    {
+        while (now().kind != Token::End && !now().isSymbol(u")")) {
+            if (now().isWord(u"WHERE") || now().isWord(u"HAVING") || now().isWord(u"ON")) {
+                ++m_at;
+                asCondition(expression());
+            } else if (now().isWord(u"SELECT")) {
+                select();
+            } else if (now().isSymbol(u"(") && beginsTables()) {
+                ++m_at;
+                clauses();
+                accept(u")");
+            } else if (now().isWord(u"VALUES") && at(m_at + 1).isSymbol(u"(")) {
+                m_at += 2;
+                do {
+                    keepDigits(expression());
+                } while (accept(u","));
+                accept(u")");
+            } else {
+                const std::size_t before = m_at;
+                expression();
+                m_at += m_at == before ? 1 : 0;
+            }
+        }
+    }
+
+    bool beginsTables() const
+    {
+        const Token &before = at(m_at - 1);
+        return before.isWord(u"FROM") || before.isWord(u"JOIN") || before.isSymbol(u"(");
+    }
+
+    /// Gives the first column.
+    Operand select()
+    {
+        ++m_at;
+        while (accept(u"ALL") || accept(u"DISTINCT") || accept(u"DISTINCTROW")) { }
+        if (accept(u"TOP"))
+            ++m_at;
+        std::optional<Operand> result;
+        do {
+            accept(u"*");
+            const Operand column = expression();
+            keepDigits(column);
+            const bool isGiven = accept(u"AS");
+            if (isName(now())) { // a name of its own, whatever columns there are
+                m_wording[m_at].instead = (isGiven ? "[" : "AS [") + now().text.toUtf8() + ']';
+                m_aliases[at(m_at++).text.toCaseFolded()] = column.kind;
+            }
+            result = result.value_or(column);
+        } while (accept(u","));
+        clauses();
+        return *result;
+    }
+
+    // Expressions, from the weakest operator on
+
+    Operand expression()
+    {
+        Operand left = conjunction();
+        while (now().isWord(u"OR"))
+            left = logical(left, &Typing::conjunction);
+        return left;
+    }
+
+    Operand conjunction()
+    {
+        Operand left = negation();
+        while (now().isWord(u"AND"))
+            left = logical(left, &Typing::negation);
+        return left;
+    }
+
+    Operand logical(const Operand &left, Operand (Typing::*next)())
+    {
+        asCondition(left);
+        ++m_at;
+        asCondition((this->*next)());
+        return {left.first, m_at, Kind::Number};
+    }
+
+    Operand negation()
+    {
+        const std::size_t first = m_at;
+        if (!accept(u"NOT"))
+            return comparison();
+        asCondition(negation());
+        return {first, m_at, Kind::Number};
+    }
+
+    Operand comparison()
+    {
+        Operand left = sum();
+        for (;;) {
+            const std::size_t before = m_at;
+            accept(u"NOT");
+            if (accept(u"LIKE")) {
+                asDouble(left);
+                asDouble(sum());
+            } else if (accept(u"BETWEEN")) {
+                const Operand lower = sum();
+                accept(u"AND");
+                alike({left, lower, sum()});
+            } else if (accept(u"IN")) {
+                members(left);
+            } else if (accept(u"IS")) {
+                accept(u"NOT");
+                accept(u"NULL");
+            } else if (isComparison(now())) {
+                ++m_at;
+                alike({left, sum()});
+            } else {
+                m_at = before;
+                return left;
+            }
+            left = {left.first, m_at, Kind::Number};
+        }
+    }
+
+    static bool isComparison(const Token &token)
+    {
+        constexpr std::array signs{u"=", u"<>", u"<", u"<=", u">", u">="};
+        return std::ranges::any_of(signs, [&token](const char16_t *sign) { return token.isSymbol(sign); });
+    }
+
+    void members(const Operand &left)
+    {
+        std::vector<Operand> all{left};
+        if (!accept(u"("))
+            return;
+        if (now().isWord(u"SELECT")) {
+            all.push_back(select());
+        } else {
+            do {
+                all.push_back(sum());
+            } while (accept(u","));
+        }
+        accept(u")");
+        alike(all);
+    }
+
+    Operand sum()
+    {
+        Operand left = product();
+        while (now().isSymbol(u"+") || now().isSymbol(u"-")) {
+            const std::size_t sign = m_at++;
+            const Operand right = product();
+            const bool hasText = left.kind == Kind::Text || right.kind == Kind::Text;
+            if (hasText || (left.kind != Kind::Exact && right.kind != Kind::Exact)) {
+                left = {left.first, m_at, Kind::Number};
+                continue;
+            }
+            asExact(left);
+            asExact(right);
+            left = {left.first, m_at, Kind::Exact};
+            m_wording[sign].instead = ",";
+            wrap(left, at(sign).isSymbol(u"+") ? "jet_add(" : "jet_subtract(");
+        }
+        return left;
+    }
+
+    Operand product()
+    {
+        Operand left = factor();
+        while (now().isSymbol(u"*") || now().isSymbol(u"/")) {
+            asDouble(left);
+            ++m_at;
+            asDouble(factor());
+            left = {left.first, m_at, Kind::Number};
+        }
+        return left;
+    }
+
+    Operand factor()
+    {
+        const std::size_t first = m_at;
+        if (!now().isSymbol(u"-") && !now().isSymbol(u"+"))
+            return primary();
+        ++m_at;
+        const Operand operand = factor();
+        if (operand.kind != Kind::Exact)
+            return {first, m_at, Kind::Number, {}, operand.isLiteral};
+        if (at(first).isSymbol(u"-")) {
+            m_wording[first].instead = "jet_subtract(0,";
+            m_wording[m_at - 1].after += ") ";
+        }
+        return {first, m_at, Kind::Exact};
+    }
+
+    Operand primary()
+    {
+        const std::size_t first = m_at;
+        const Token &token = now();
+        if (token.kind == Token::Text)
+            return {first, ++m_at, Kind::Text};
+        if (token.kind == Token::Number)
+            return {first, ++m_at, Kind::Number, {}, true};
+        if (token.kind == Token::Date) // a wrong one is reported as such
+            return {first, ++m_at, dateFromText(token.text, DateOrder::MonthDayYear) ? Kind::Number : Kind::Unknown};
+        if (accept(u"(")) {
+            const Operand inner = now().isWord(u"SELECT") ? select() : expression();
+            accept(u")");
+            return {first, m_at, inner.kind};
+        }
+        if (accept(u"NULL"))
+            return {first, m_at};
+        const bool mayCall = !m_isKeyword(token) || token.isWord(u"LEFT") || token.isWord(u"RIGHT");
+        if (token.isWord(u"EXISTS") || (token.kind == Token::Word && mayCall && at(m_at + 1).isSymbol(u"(")))
+            return function();
+        return isName(token) ? name() : Operand{first, m_at};
+    }
+
+    Operand name()
+    {
+        const std::size_t first = m_at;
+        Token column = at(m_at++);
+        const storage::TableSchema *table = nullptr;
+        if (now().isSymbol(u".") || now().isSymbol(u"!")) {
+            const auto known = m_tables.find(column.text.toCaseFolded());
+            table = known == m_tables.end() ? nullptr : known->second;
+            column = at(m_at + 1);
+            m_at += 2;
+        }
+        return {first, m_at, kindOfColumn(column.text, table), column.text};
+    }
+
+    /// Unknown if tables differ; a name that no table has may be one that the statement gives, or True and the like.
+    Kind kindOfColumn(const QString &name, const storage::TableSchema *only) const
+    {
+        std::optional<Kind> found;
+        for (const storage::TableSchema &schema : m_schemas) {
+            const auto column = only == nullptr || only->name == schema.name ? schema.find(name) : std::nullopt;
+            if (!column)
+                continue;
+            const Kind kind = dao::kindOf(schema.columns[static_cast<std::size_t>(*column)].type);
+            found = found.value_or(kind) == kind ? kind : Kind::Unknown;
+        }
+        if (const auto alias = m_aliases.find(name.toCaseFolded()); !found && alias != m_aliases.end())
+            return alias->second;
+        const QStringList truths{u"true"_s, u"yes"_s, u"false"_s, u"no"_s};
+        return found.value_or(truths.contains(name, Qt::CaseInsensitive) ? Kind::Number : Kind::Unknown);
+    }
+
+    Operand function()
+    {
+        const std::size_t first = m_at;
+        const QString name = now().text.toUpper();
+        m_at += 2;
+        if (accept(u"SELECT")) { // EXISTS
+            --m_at;
+            select();
+            accept(u")");
+            return {first, m_at, Kind::Number};
+        }
+        std::vector<Operand> arguments;
+        do {
+            accept(u"*");
+            arguments.push_back(expression());
+        } while (accept(u","));
+        accept(u")");
+        return {first, m_at, resultOf(name, first, arguments)};
+    }
+
+    Kind resultOf(const QString &name, std::size_t at, const std::vector<Operand> &arguments)
+    {
+        if (name == u"COUNT")
+            return Kind::Number;
+        if ((name == u"MIN" || name == u"MAX") && arguments.size() == 1)
+            return arguments.front().kind;
+        if (name == u"SUM" && arguments.front().kind == Kind::Exact) {
+            m_wording[at].instead = "jet_sum";
+            return Kind::Exact;
+        }
+        if (name == u"IIF" && arguments.size() == 3) {
+            asCondition(arguments[0]);
+            if (arguments[1].kind == arguments[2].kind)
+                return arguments[1].kind;
+        }
+        for (const Operand &argument : arguments)
+            asDouble(argument);
+        constexpr std::array texts{u"TRIM", u"LTRIM", u"RTRIM", u"UCASE", u"LCASE", u"LEFT", u"RIGHT", u"MID"};
+        const bool isText = std::ranges::any_of(texts, [&name](const char16_t *text) { return name == text; });
+        return isText ? Kind::Text : name == u"IIF" ? Kind::Unknown : Kind::Number;
+    }
+
+    // What the types mean for SQLite
+
+    void wrap(const Operand &operand, const QByteArray &function)
+    {
+        m_wording[operand.first].before.prepend(function);
+        m_wording[operand.end - 1].after += ") ";
+    }
+
+    void asDouble(const Operand &operand)
+    {
+        if (operand.kind == Kind::Exact)
+            wrap(operand, "jet_double(");
+    }
+
+    void asCondition(const Operand &operand) { asDouble(operand); }
+
+    void asExact(const Operand &operand)
+    {
+        if (operand.isLiteral)
+            writeExact(operand);
+        else if (operand.kind != Kind::Exact && operand.kind != Kind::Text && operand.end > operand.first)
+            wrap(operand, "jet_exact(");
+    }
+
+    /// The literal without a way through a double.
+    void writeExact(const Operand &literal)
+    {
+        const QString digits = at(literal.end - 1).text;
+        QString plain = digits.contains(u'e', Qt::CaseInsensitive) ? decimalFromDouble(digits.toDouble()) : digits;
+        for (std::size_t i = literal.first; i + 1 < literal.end; ++i) {
+            plain = at(i).isSymbol(u"-") ? negatedDecimal(plain) : plain;
+            m_wording[i].instead = "";
+        }
+        m_wording[literal.end - 1].instead = "x'" + exactBytes(plain).toHex() + '\'';
+    }
+
+    /// A number that is only passed on, and has more digits than a double or a whole number.
+    void keepDigits(const Operand &operand)
+    {
+        if (!operand.isLiteral)
+            return;
+        const QString text = at(operand.end - 1).text;
+        const bool isWhole = !text.contains(u'.');
+        if (!text.contains(u'e', Qt::CaseInsensitive) && text.size() > (isWhole ? 18 : 16))
+            writeExact(operand);
+    }
+
+    /// Makes operands comparable, or refuses that.
+    void alike(const std::vector<Operand> &operands)
+    {
+        const Operand &left = operands.front();
+        for (const Operand &right : operands) {
+            const bool differ = left.kind != Kind::Unknown && right.kind != Kind::Unknown
+                && (left.kind == Kind::Text) != (right.kind == Kind::Text);
+            if (differ && !(left.column.isEmpty() && right.column.isEmpty()))
+                throw daoError(number::CriterionType, left.column.isEmpty() ? right.column : left.column);
+        }
+        if (std::ranges::find(operands, Kind::Exact, &Operand::kind) == operands.end())
+            return;
+        for (const Operand &operand : operands)
+            asExact(operand);
+    }
+
+    const std::vector<Token> &m_tokens;
+    const std::vector<storage::TableSchema> &m_schemas;
+    const std::function<bool(const Token &)> &m_isKeyword;
+    std::map<QString, Kind> &m_aliases; // names that the statement gives to its own columns
+    std::map<QString, const storage::TableSchema *> m_tables; // by name and alias
+    std::vector<Wording> m_wording;
+    std::size_t m_at = 0;
+};
+
+} // namespace
+
+std::vector<Wording> typedWording(const std::vector<Token> &tokens, const std::vector<storage::TableSchema> &schemas,
+                                  const std::function<bool(const Token &)> &isKeyword)
+{
+    // A query within FROM stands behind the columns that it gives: its names are known the second time.
+    std::map<QString, Kind> aliases;
+    Typing(tokens, schemas, isKeyword, aliases).run();
+    return Typing(tokens, schemas, isKeyword, aliases).run();
+}
+
+} // namespace dao
