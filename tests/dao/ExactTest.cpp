@@ -149,6 +149,10 @@ TEST_F(Exact, TypesThatDoNotGoTogetherAreRefusedBeforeAnyRowIsRead)
     EXPECT_EQ(t.openError(u"SELECT k.Nr FROM k INNER JOIN k AS z ON k.Nr = z.T"_s), 3464);
     for (const QString &fine : {u"Nr Like 'x'"_s, u"T = '5' OR T = Null OR Left(T, 1) > 'x' OR J = True"_s, u"W > 5"_s})
         EXPECT_EQ(t.openError(u"SELECT Nr FROM k WHERE "_s + fine), 0) << fine.toStdString();
+    for (const QString &deep : {QString(100000, u'('), u"Not "_s.repeated(100000), u"- "_s.repeated(100000)})
+        EXPECT_EQ(t.openError(u"SELECT Nr FROM k WHERE "_s + deep + u"1"_s), 3075);
+    for (const QString &open : {u"A ="_s, u"A = k."_s, u"A + "_s, u"A = EXISTS"_s, u"A In ("_s, u"A Between 1"_s})
+        EXPECT_EQ(t.openError(u"SELECT Nr FROM k WHERE "_s + open), 3075) << open.toStdString();
     EXPECT_EQ(t.executeError(u"UPDATE k SET Nr = '5', T = 5 WHERE W = #1/1/2003#"_s), 0) << "no comparison";
 
     t.exact->Execute(u"CREATE TABLE KONTAKTE (ID CHAR(12), MANDANT CHAR(40), VISITS DOUBLE, AKTIV LOGICAL)"_s);

@@ -8,9 +8,7 @@
 
 #include "platform/dao/embedded/Convert.h"
 #include "platform/dao/embedded/DateText.h"
-#include "platform/dao/embedded/DecimalText.h"
 #include "platform/dao/embedded/Errors.h"
-#include "platform/dao/embedded/ExactNumber.h"
 
 using namespace Qt::StringLiterals;
 using storage::Type;
@@ -18,8 +16,6 @@ using storage::Type;
 namespace dao {
 
 namespace {
-
-enum class Kind { Unknown, Number, Exact, Text };
 
 Kind kindOf(Type type)
 {
@@ -39,15 +35,6 @@ Kind kindOf(Type type)
     }
 }
 
-/// An expression: the tokens from `first` up to `end`.
-struct Operand {
-    std::size_t first = 0;
-    std::size_t end = 0;
-    Kind kind = Kind::Unknown;
-    QString column{}; ///< if it is nothing but that
-    bool isLiteral = false; ///< a number, perhaps with a sign
-};
-
 class Typing
 {
 public:
@@ -57,7 +44,7 @@ public:
         , m_schemas(schemas)
         , m_isKeyword(isKeyword)
         , m_aliases(aliases)
-        , m_wording(tokens.size())
+        , m_wording(tokens)
     {
         findTableAliases();
     }
@@ -72,10 +59,30 @@ public:
             assignments();
         for (clauses(); now().kind != Token::End; clauses())
             ++m_at;
-        return std::move(m_wording);
+        return m_wording.take();
     }
 
 private:
+    /// Keeps the descent from a depth that no sensible statement has.
+    class Level
+    {
+    public:
+        explicit Level(int &level)
+            : m_level(level)
+        {
+            constexpr int deepest = 400;
+            if (m_level == deepest)
+                throw daoError(DaoError::SyntaxInExpression, u"("_s);
+            ++m_level;
+        }
+        ~Level() { --m_level; }
+        Level(const Level &) = delete;
+        Level &operator=(const Level &) = delete;
+
+    private:
+        int &m_level;
+    };
+
     const Token &at(std::size_t index) const { return m_tokens[std::min(index, m_tokens.size() - 1)]; }
     const Token &now() const { return at(m_at); }
     bool isName(const Token &token) const
@@ -113,17 +120,18 @@ private:
             while (!now().isSymbol(u"=") && now().kind != Token::End)
                 ++m_at;
             ++m_at;
-            keepDigits(expression());
+            m_wording.keepDigits(expression());
         } while (now().isSymbol(u","));
     }
 
     /// Whatever follows, up to the parenthesis that closes or the end.
     void clauses()
     {
+        const Level level(m_level);
         while (now().kind != Token::End && !now().isSymbol(u")")) {
             if (now().isWord(u"WHERE") || now().isWord(u"HAVING") || now().isWord(u"ON")) {
                 ++m_at;
-                asCondition(expression());
+                m_wording.asDouble(expression());
             } else if (now().isWord(u"SELECT")) {
                 select();
             } else if (now().isSymbol(u"(") && beginsTables()) {
@@ -133,7 +141,7 @@ private:
             } else if (now().isWord(u"VALUES") && at(m_at + 1).isSymbol(u"(")) {
                 m_at += 2;
                 do {
-                    keepDigits(expression());
+                    m_wording.keepDigits(expression());
                 } while (accept(u","));
                 accept(u")");
             } else {
@@ -161,10 +169,10 @@ private:
         do {
             accept(u"*");
             const Operand column = expression();
-            keepDigits(column);
+            m_wording.keepDigits(column);
             const bool isGiven = accept(u"AS");
             if (isName(now())) { // a name of its own, whatever columns there are
-                m_wording[m_at].instead = (isGiven ? "[" : "AS [") + now().text.toUtf8() + ']';
+                m_wording.replace(m_at, (isGiven ? "[" : "AS [") + now().text.toUtf8() + ']');
                 m_aliases[at(m_at++).text.toCaseFolded()] = column.kind;
             }
             result = result.value_or(column);
@@ -193,18 +201,19 @@ private:
 
     Operand logical(const Operand &left, Operand (Typing::*next)())
     {
-        asCondition(left);
+        m_wording.asDouble(left);
         ++m_at;
-        asCondition((this->*next)());
+        m_wording.asDouble((this->*next)());
         return {left.first, m_at, Kind::Number};
     }
 
     Operand negation()
     {
+        const Level level(m_level);
         const std::size_t first = m_at;
         if (!accept(u"NOT"))
             return comparison();
-        asCondition(negation());
+        m_wording.asDouble(negation());
         return {first, m_at, Kind::Number};
     }
 
@@ -215,12 +224,12 @@ private:
             const std::size_t before = m_at;
             accept(u"NOT");
             if (accept(u"LIKE")) {
-                asDouble(left);
-                asDouble(sum());
+                m_wording.asDouble(left);
+                m_wording.asDouble(sum());
             } else if (accept(u"BETWEEN")) {
                 const Operand lower = sum();
                 accept(u"AND");
-                alike({left, lower, sum()});
+                m_wording.alike({left, lower, sum()});
             } else if (accept(u"IN")) {
                 members(left);
             } else if (accept(u"IS")) {
@@ -228,7 +237,7 @@ private:
                 accept(u"NULL");
             } else if (isComparison(now())) {
                 ++m_at;
-                alike({left, sum()});
+                m_wording.alike({left, sum()});
             } else {
                 m_at = before;
                 return left;
@@ -256,7 +265,7 @@ private:
             } while (accept(u","));
         }
         accept(u")");
-        alike(all);
+        m_wording.alike(all);
     }
 
     Operand sum()
@@ -270,11 +279,11 @@ private:
                 left = {left.first, m_at, Kind::Number};
                 continue;
             }
-            asExact(left);
-            asExact(right);
+            m_wording.asExact(left);
+            m_wording.asExact(right);
             left = {left.first, m_at, Kind::Exact};
-            m_wording[sign].instead = ",";
-            wrap(left, at(sign).isSymbol(u"+") ? "jet_add(" : "jet_subtract(");
+            m_wording.replace(sign, ",");
+            m_wording.wrap(left, at(sign).isSymbol(u"+") ? "jet_add(" : "jet_subtract(");
         }
         return left;
     }
@@ -283,9 +292,9 @@ private:
     {
         Operand left = factor();
         while (now().isSymbol(u"*") || now().isSymbol(u"/")) {
-            asDouble(left);
+            m_wording.asDouble(left);
             ++m_at;
-            asDouble(factor());
+            m_wording.asDouble(factor());
             left = {left.first, m_at, Kind::Number};
         }
         return left;
@@ -293,6 +302,7 @@ private:
 
     Operand factor()
     {
+        const Level level(m_level);
         const std::size_t first = m_at;
         if (!now().isSymbol(u"-") && !now().isSymbol(u"+"))
             return primary();
@@ -301,8 +311,8 @@ private:
         if (operand.kind != Kind::Exact)
             return {first, m_at, Kind::Number, {}, operand.isLiteral};
         if (at(first).isSymbol(u"-")) {
-            m_wording[first].instead = "jet_subtract(0,";
-            m_wording[m_at - 1].after += ") ";
+            m_wording.replace(first, "");
+            m_wording.wrap({first + 1, m_at}, "jet_subtract(0,");
         }
         return {first, m_at, Kind::Exact};
     }
@@ -324,8 +334,9 @@ private:
         }
         if (accept(u"NULL"))
             return {first, m_at};
-        const bool mayCall = !m_isKeyword(token) || token.isWord(u"LEFT") || token.isWord(u"RIGHT");
-        if (token.isWord(u"EXISTS") || (token.kind == Token::Word && mayCall && at(m_at + 1).isSymbol(u"(")))
+        const bool mayCall
+            = !m_isKeyword(token) || token.isWord(u"LEFT") || token.isWord(u"RIGHT") || token.isWord(u"EXISTS");
+        if (token.kind == Token::Word && mayCall && at(m_at + 1).isSymbol(u"("))
             return function();
         return isName(token) ? name() : Operand{first, m_at};
     }
@@ -388,82 +399,19 @@ private:
         if ((name == u"MIN" || name == u"MAX") && arguments.size() == 1)
             return arguments.front().kind;
         if (name == u"SUM" && arguments.front().kind == Kind::Exact) {
-            m_wording[at].instead = "jet_sum";
+            m_wording.replace(at, "jet_sum");
             return Kind::Exact;
         }
         if (name == u"IIF" && arguments.size() == 3) {
-            asCondition(arguments[0]);
+            m_wording.asDouble(arguments[0]);
             if (arguments[1].kind == arguments[2].kind)
                 return arguments[1].kind;
         }
         for (const Operand &argument : arguments)
-            asDouble(argument);
+            m_wording.asDouble(argument);
         constexpr std::array texts{u"TRIM", u"LTRIM", u"RTRIM", u"UCASE", u"LCASE", u"LEFT", u"RIGHT", u"MID"};
         const bool isText = std::ranges::any_of(texts, [&name](const char16_t *text) { return name == text; });
         return isText ? Kind::Text : name == u"IIF" ? Kind::Unknown : Kind::Number;
-    }
-
-    // What the types mean for SQLite
-
-    void wrap(const Operand &operand, const QByteArray &function)
-    {
-        m_wording[operand.first].before.prepend(function);
-        m_wording[operand.end - 1].after += ") ";
-    }
-
-    void asDouble(const Operand &operand)
-    {
-        if (operand.kind == Kind::Exact)
-            wrap(operand, "jet_double(");
-    }
-
-    void asCondition(const Operand &operand) { asDouble(operand); }
-
-    void asExact(const Operand &operand)
-    {
-        if (operand.isLiteral)
-            writeExact(operand);
-        else if (operand.kind != Kind::Exact && operand.kind != Kind::Text && operand.end > operand.first)
-            wrap(operand, "jet_exact(");
-    }
-
-    /// The literal without a way through a double.
-    void writeExact(const Operand &literal)
-    {
-        const QString digits = at(literal.end - 1).text;
-        QString plain = digits.contains(u'e', Qt::CaseInsensitive) ? decimalFromDouble(digits.toDouble()) : digits;
-        for (std::size_t i = literal.first; i + 1 < literal.end; ++i) {
-            plain = at(i).isSymbol(u"-") ? negatedDecimal(plain) : plain;
-            m_wording[i].instead = "";
-        }
-        m_wording[literal.end - 1].instead = "x'" + exactBytes(plain).toHex() + '\'';
-    }
-
-    /// A number that is only passed on, and has more digits than a double or a whole number.
-    void keepDigits(const Operand &operand)
-    {
-        if (!operand.isLiteral)
-            return;
-        const QString text = at(operand.end - 1).text;
-        const bool isWhole = !text.contains(u'.');
-        if (!text.contains(u'e', Qt::CaseInsensitive) && text.size() > (isWhole ? 18 : 16))
-            writeExact(operand);
-    }
-
-    /// Makes operands comparable, or refuses that.
-    void alike(const std::vector<Operand> &operands)
-    {
-        const Operand &left = operands.front();
-        for (const Operand &right : operands) {
-            const bool differ = left.kind != Kind::Unknown && right.kind != Kind::Unknown
-                && (left.kind == Kind::Text) != (right.kind == Kind::Text);
-            if (differ && !(left.column.isEmpty() && right.column.isEmpty()))
-                throw daoError(number::CriterionType, left.column.isEmpty() ? right.column : left.column);
-        }
-        if (std::ranges::find(operands, Kind::Exact, &Operand::kind) == operands.end())
-            return;
-        for (const Operand &operand : operands)
-            asExact(operand);
     }
 
     const std::vector<Token> &m_tokens;
@@ -471,7 +419,8 @@ private:
     const std::function<bool(const Token &)> &m_isKeyword;
     std::map<QString, Kind> &m_aliases; // names that the statement gives to its own columns
     std::map<QString, const storage::TableSchema *> m_tables; // by name and alias
-    std::vector<Wording> m_wording;
+    SqlWording m_wording;
+    int m_level = 0;
     std::size_t m_at = 0;
 };
 

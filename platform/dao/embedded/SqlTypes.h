@@ -1,22 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <vector>
 
-#include <QByteArray>
-
-#include "platform/dao/embedded/SqlTokens.h"
+#include "platform/dao/embedded/SqlWording.h"
 #include "platform/storage/Storage.h"
 
 namespace dao {
-
-/// What is written around a token, or instead of it.
-struct Wording {
-    QByteArray before{};
-    QByteArray after{};
-    std::optional<QByteArray> instead{};
-};
 
 /// Follows the types through a statement's expressions. Stored amounts and decimals are exact numbers (ExactNumber.h);
 /// the wording, one for each token, turns what they are compared with and added to into such, and them into doubles
