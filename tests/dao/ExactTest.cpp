@@ -112,6 +112,7 @@ TEST_F(Exact, ConditionsTellNeighboursApart)
          u"12345678901234,6677;12345678901234,5678"_s},
         {u"SELECT S FROM (SELECT Sum(A) AS S FROM k) AS q WHERE S > 24691357802469.2354 AND S < 24691357802469.2356"_s,
          u"24691357802469,2355"_s},
+        {u"SELECT A FROM (SELECT Count(*) AS A FROM k) AS q WHERE A > 3 AND A + 1 < 6 AND Not A = 5"_s, u"4"_s},
         {u"SELECT x.Nr, y.A FROM (k AS x INNER JOIN k AS y ON x.A = y.N) INNER JOIN k AS z ON z.Nr = x.Nr"_s,
          u"1,12345678901234,5678"_s},
         {u"SELECT DISTINCT A FROM k WHERE A > 1 ORDER BY A DESC"_s, u"12345678901234,5678;12345678901234,5677"_s},

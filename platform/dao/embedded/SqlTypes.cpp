@@ -3,51 +3,27 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <utility>
 
-#include "platform/dao/embedded/Convert.h"
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/Errors.h"
+#include "platform/dao/embedded/SqlNames.h"
 
 using namespace Qt::StringLiterals;
-using storage::Type;
 
 namespace dao {
 
 namespace {
 
-Kind kindOf(Type type)
-{
-    switch (type) {
-    case Type::Currency:
-    case Type::Numeric:
-        return Kind::Exact;
-    case Type::Text:
-    case Type::Memo:
-    case Type::Guid:
-        return Kind::Text;
-    case Type::Binary:
-    case Type::LongBinary:
-        return Kind::Unknown;
-    default:
-        return Kind::Number;
-    }
-}
-
 class Typing
 {
 public:
-    Typing(const std::vector<Token> &tokens, const std::vector<storage::TableSchema> &schemas,
-           const std::function<bool(const Token &)> &isKeyword, std::map<QString, Kind> &aliases)
+    Typing(const std::vector<Token> &tokens, const std::function<bool(const Token &)> &isKeyword, SqlNames &names)
         : m_tokens(tokens)
-        , m_schemas(schemas)
         , m_isKeyword(isKeyword)
-        , m_aliases(aliases)
+        , m_names(names)
         , m_wording(tokens)
-    {
-        findTableAliases();
-    }
+    { }
 
     std::vector<Wording> run()
     {
@@ -94,20 +70,6 @@ private:
         const bool is = now().isWord(word) || now().isSymbol(word);
         m_at += is ? 1 : 0;
         return is;
-    }
-
-    void findTableAliases()
-    {
-        for (std::size_t i = 0; i < m_tokens.size(); ++i) {
-            for (const storage::TableSchema &schema : m_schemas) {
-                if (!isName(m_tokens[i]) || schema.name.compare(m_tokens[i].text, Qt::CaseInsensitive) != 0)
-                    continue;
-                const Token &behind = at(i + (at(i + 1).isWord(u"AS") ? 2 : 1));
-                m_tables[schema.name.toCaseFolded()] = &schema;
-                if (isName(behind))
-                    m_tables[behind.text.toCaseFolded()] = &schema;
-            }
-        }
     }
 
     // Statements
@@ -173,7 +135,7 @@ private:
             const bool isGiven = accept(u"AS");
             if (isName(now())) { // a name of its own, whatever columns there are
                 m_wording.replace(m_at, (isGiven ? "[" : "AS [") + now().text.toUtf8() + ']');
-                m_aliases[at(m_at++).text.toCaseFolded()] = column.kind;
+                m_names.give(at(m_at++).text, column.kind);
             }
             result = result.value_or(column);
         } while (accept(u","));
@@ -275,7 +237,7 @@ private:
             const std::size_t sign = m_at++;
             const Operand right = product();
             const bool hasText = left.kind == Kind::Text || right.kind == Kind::Text;
-            if (hasText || (left.kind != Kind::Exact && right.kind != Kind::Exact)) {
+            if (hasText || (!mayBeExact(left.kind) && !mayBeExact(right.kind))) {
                 left = {left.first, m_at, Kind::Number};
                 continue;
             }
@@ -308,7 +270,7 @@ private:
             return primary();
         ++m_at;
         const Operand operand = factor();
-        if (operand.kind != Kind::Exact)
+        if (!mayBeExact(operand.kind))
             return {first, m_at, Kind::Number, {}, operand.isLiteral};
         if (at(first).isSymbol(u"-")) {
             m_wording.replace(first, "");
@@ -345,31 +307,13 @@ private:
     {
         const std::size_t first = m_at;
         Token column = at(m_at++);
-        const storage::TableSchema *table = nullptr;
+        QString table;
         if (now().isSymbol(u".") || now().isSymbol(u"!")) {
-            const auto known = m_tables.find(column.text.toCaseFolded());
-            table = known == m_tables.end() ? nullptr : known->second;
+            table = column.text;
             column = at(m_at + 1);
             m_at += 2;
         }
-        return {first, m_at, kindOfColumn(column.text, table), column.text};
-    }
-
-    /// Unknown if tables differ; a name that no table has may be one that the statement gives, or True and the like.
-    Kind kindOfColumn(const QString &name, const storage::TableSchema *only) const
-    {
-        std::optional<Kind> found;
-        for (const storage::TableSchema &schema : m_schemas) {
-            const auto column = only == nullptr || only->name == schema.name ? schema.find(name) : std::nullopt;
-            if (!column)
-                continue;
-            const Kind kind = dao::kindOf(schema.columns[static_cast<std::size_t>(*column)].type);
-            found = found.value_or(kind) == kind ? kind : Kind::Unknown;
-        }
-        if (const auto alias = m_aliases.find(name.toCaseFolded()); !found && alias != m_aliases.end())
-            return alias->second;
-        const QStringList truths{u"true"_s, u"yes"_s, u"false"_s, u"no"_s};
-        return found.value_or(truths.contains(name, Qt::CaseInsensitive) ? Kind::Number : Kind::Unknown);
+        return {first, m_at, m_names.kindOf(column.text, table), column.text};
     }
 
     Operand function()
@@ -398,7 +342,7 @@ private:
             return Kind::Number;
         if ((name == u"MIN" || name == u"MAX") && arguments.size() == 1)
             return arguments.front().kind;
-        if (name == u"SUM" && arguments.front().kind == Kind::Exact) {
+        if (name == u"SUM" && mayBeExact(arguments.front().kind)) {
             m_wording.replace(at, "jet_sum");
             return Kind::Exact;
         }
@@ -415,10 +359,8 @@ private:
     }
 
     const std::vector<Token> &m_tokens;
-    const std::vector<storage::TableSchema> &m_schemas;
     const std::function<bool(const Token &)> &m_isKeyword;
-    std::map<QString, Kind> &m_aliases; // names that the statement gives to its own columns
-    std::map<QString, const storage::TableSchema *> m_tables; // by name and alias
+    SqlNames &m_names;
     SqlWording m_wording;
     int m_level = 0;
     std::size_t m_at = 0;
@@ -430,9 +372,9 @@ std::vector<Wording> typedWording(const std::vector<Token> &tokens, const std::v
                                   const std::function<bool(const Token &)> &isKeyword)
 {
     // A query within FROM stands behind the columns that it gives: its names are known the second time.
-    std::map<QString, Kind> aliases;
-    Typing(tokens, schemas, isKeyword, aliases).run();
-    return Typing(tokens, schemas, isKeyword, aliases).run();
+    SqlNames names(tokens, schemas, isKeyword);
+    Typing(tokens, isKeyword, names).run();
+    return Typing(tokens, isKeyword, names).run();
 }
 
 } // namespace dao

@@ -2,6 +2,7 @@
 #include "platform/dao/embedded/SqlWording.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/dao/embedded/DecimalText.h"
@@ -25,7 +26,7 @@ void SqlWording::wrap(const Operand &operand, const QByteArray &function)
 
 void SqlWording::asDouble(const Operand &operand)
 {
-    if (operand.kind == Kind::Exact)
+    if (mayBeExact(operand.kind))
         wrap(operand, "jet_double(");
 }
 
@@ -68,12 +69,13 @@ void SqlWording::alike(const std::vector<Operand> &operands)
 {
     const Operand &left = operands.front();
     for (const Operand &right : operands) {
-        const bool differ = left.kind != Kind::Unknown && right.kind != Kind::Unknown
-            && (left.kind == Kind::Text) != (right.kind == Kind::Text);
+        const bool areKnown = std::ranges::none_of(
+            std::array{left.kind, right.kind}, [](Kind kind) { return kind == Kind::Unknown || kind == Kind::Mixed; });
+        const bool differ = areKnown && (left.kind == Kind::Text) != (right.kind == Kind::Text);
         if (differ && !(left.column.isEmpty() && right.column.isEmpty()))
             throw daoError(number::CriterionType, left.column.isEmpty() ? right.column : left.column);
     }
-    if (std::ranges::find(operands, Kind::Exact, &Operand::kind) == operands.end())
+    if (std::ranges::none_of(operands, mayBeExact, &Operand::kind))
         return;
     for (const Operand &operand : operands)
         asExact(operand);

@@ -16,8 +16,14 @@ struct Wording {
     std::optional<QByteArray> instead{};
 };
 
-/// What an expression gives. Exact: an amount or decimal (ExactNumber.h); Number: anything else that computes.
-enum class Kind { Unknown, Number, Exact, Text };
+/// What an expression gives. Exact: an amount or decimal (ExactNumber.h); Number: anything else that computes; Mixed:
+/// perhaps Exact, which shows when it runs.
+enum class Kind { Unknown, Number, Exact, Mixed, Text };
+
+inline bool mayBeExact(Kind kind)
+{
+    return kind == Kind::Exact || kind == Kind::Mixed;
+}
 
 /// An expression: the tokens from `first` up to `end`.
 struct Operand {
