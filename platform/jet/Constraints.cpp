@@ -34,9 +34,10 @@ void requireRule(const storage::Column &column, const Value &value, bool jet4)
 
 } // namespace
 
-bool isRandom(const storage::Column &column)
+bool countsUp(const storage::Column &column)
 {
-    return column.defaultValue.compare(u"GenUniqueID()", Qt::CaseInsensitive) == 0;
+    return column.autonumber && column.type == storage::Type::Long
+        && column.defaultValue.compare(u"GenUniqueID()", Qt::CaseInsensitive) != 0;
 }
 
 Constraints::Constraints(const SchemaMap &map, const TextCodec &codec)
@@ -61,8 +62,7 @@ std::vector<Value> Constraints::newRow(std::span<const storage::Assignment> give
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const bool isGiven = wished[i].has_value();
         Value value = isGiven ? *wished[i] : Value();
-        const bool counts = columns[i].autonumber && !isRandom(columns[i]);
-        if (!isGiven && !counts && !columns[i].defaultValue.isEmpty())
+        if (!isGiven && !countsUp(columns[i]) && !columns[i].defaultValue.isEmpty())
             value = evaluateDefault(m_map.columns[i], columns[i].defaultValue);
         row.push_back(checked(i, value, isGiven));
     }
@@ -85,7 +85,7 @@ Value Constraints::checked(std::size_t column, const Value &wished, bool given) 
     const storage::Column &schema = m_map.schema.columns.at(column);
     Value value = fitValue(m_map.columns[column], wished, m_codec);
     const bool null = storage::isNull(value);
-    if (null && schema.required && !schema.autonumber) {
+    if (null && schema.required && !countsUp(schema)) {
         throw StorageError(StorageError::Required, u"%1: Das Feld darf nicht leer sein."_s.arg(schema.name),
                            schema.name);
     }

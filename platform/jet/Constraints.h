@@ -10,7 +10,7 @@
 namespace jet {
 
 /// Whether an autonumber column takes random numbers instead of counting.
-bool isRandom(const storage::Column &column);
+bool countsUp(const storage::Column &column);
 
 /// What a table demands of the values that its users write: types, lengths, required columns, empty texts, rules.
 class Constraints

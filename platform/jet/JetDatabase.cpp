@@ -133,6 +133,21 @@ std::unique_ptr<storage::WriteScope> JetDatabase::beginWrite()
 
 std::vector<storage::Relationship> JetDatabase::relationships() const
 {
+    std::vector<storage::Relationship> users = allRelationships();
+    std::erase_if(users, [this](const storage::Relationship &relationship) {
+        return isSystemTable(relationship.table) || isSystemTable(relationship.foreignTable);
+    });
+    return users;
+}
+
+bool JetDatabase::isSystemTable(const QString &name) const
+{
+    const CatalogEntry *entry = findTable(name);
+    return entry != nullptr && !entry->isUserTable();
+}
+
+std::vector<storage::Relationship> JetDatabase::allRelationships() const
+{
     m_file->refresh();
     return withPlace([this] { return m_file->path(); },
                      [this] { return unhurried(*m_file, [this] { return readRelationships(*m_file, m_codec); }); });
@@ -160,7 +175,7 @@ void JetDatabase::createIndex(const QString &table, const storage::Index &index)
 void JetDatabase::createRelationship(const storage::Relationship &relationship)
 {
     changeSchema([&](SchemaWriter &writer) {
-        for (const storage::Relationship &other : relationships()) {
+        for (const storage::Relationship &other : allRelationships()) {
             if (other.name.compare(relationship.name, Qt::CaseInsensitive) == 0) {
                 throw StorageError(StorageError::AlreadyExists,
                                    u"Die Beziehung %1 gibt es schon."_s.arg(relationship.name), relationship.name);
@@ -175,7 +190,7 @@ void JetDatabase::dropTable(const QString &name)
 {
     changeSchema([&](SchemaWriter &writer) {
         const CatalogEntry entry = requireTable(name);
-        for (const storage::Relationship &relationship : relationships()) {
+        for (const storage::Relationship &relationship : allRelationships()) {
             for (const QString &table : {relationship.table, relationship.foreignTable}) {
                 if (table.compare(entry.name, Qt::CaseInsensitive) == 0) {
                     throw StorageError(

@@ -63,6 +63,8 @@ public:
     void catalogChanged();
 
 private:
+    bool isSystemTable(const QString &name) const;
+    std::vector<storage::Relationship> allRelationships() const;
     const CatalogEntry *findTable(const QString &name) const;
     /// Throws NoSuchTable.
     const CatalogEntry &requireTable(const QString &name) const;

@@ -40,7 +40,7 @@ void countAutonumber(PageFile &file, const JetTable::Known &known, std::vector<V
     TableCounters counters(file, known.def.page);
     for (std::size_t i = 0; i < row.size(); ++i) {
         const storage::Column &column = known.map.schema.columns[i];
-        if (!column.autonumber || isRandom(column))
+        if (!countsUp(column))
             continue;
         const auto last = static_cast<std::int32_t>(counters.lastAutonumber());
         if (storage::isNull(row[i])) {
@@ -59,7 +59,7 @@ void coverAutonumbers(PageFile &file, const JetTable::Known &known, std::span<co
 {
     for (const storage::Assignment &change : changes) {
         const storage::Column &column = known.map.schema.columns[static_cast<std::size_t>(change.column)];
-        if (!column.autonumber || isRandom(column))
+        if (!countsUp(column))
             continue;
         const auto *number = std::get_if<std::int64_t>(&change.value);
         if (!number) {

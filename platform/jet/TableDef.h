@@ -57,7 +57,11 @@ struct ColumnDef {
     bool isFixed() const { return (flags & Fixed) != 0; }
     bool isLong() const { return type == ColumnType::Memo || type == ColumnType::LongBinary; }
     bool isText() const { return type == ColumnType::Text || type == ColumnType::Memo; }
-    bool isAutonumber() const { return type == ColumnType::Long && (flags & Autonumber) != 0; }
+    bool isAutonumber() const
+    {
+        return (type == ColumnType::Long && (flags & Autonumber) != 0)
+            || (type == ColumnType::Guid && (flags & GuidAutonumber) != 0);
+    }
 };
 
 struct IndexColumnDef {

@@ -100,14 +100,15 @@ ColumnDef makeColumn(const storage::Column &column, bool jet4)
         made.flags |= ColumnDef::Fixed;
     if (jet4 && made.type == ColumnType::Text)
         made.extendedFlags = ColumnDef::CompressedText;
-    if (column.autonumber) {
+    if (column.autonumber && made.type != ColumnType::Guid) {
         if (made.type != ColumnType::Long) {
             throw StorageError(StorageError::Unsupported,
                                u"%1: Nur eine Spalte vom Typ Long zählt selbst."_s.arg(column.name), column.name);
         }
         made.flags |= ColumnDef::Autonumber;
     }
-    if (made.type == ColumnType::Guid && column.defaultValue.compare(u"GenGUID()", Qt::CaseInsensitive) == 0)
+    const bool isMade = column.autonumber || column.defaultValue.compare(u"GenGUID()", Qt::CaseInsensitive) == 0;
+    if (made.type == ColumnType::Guid && isMade)
         made.flags |= ColumnDef::GuidAutonumber;
     return made;
 }

@@ -40,7 +40,7 @@ struct Column {
     int scale = 0; ///< Numeric: digits behind the point
     bool required = false;
     bool zeroLengthAllowed = true; ///< Text and Memo
-    bool autonumber = false; ///< Long, counted up by the table
+    bool autonumber = false; ///< Long, counted up by the table; Guid, made by it
     QString defaultValue{}; ///< as an expression ("0", "\"D\"", "Now()"); empty: none
     QString validationRule{}; ///< as an expression; empty: none
     QString validationText{};
@@ -177,7 +177,7 @@ public:
     virtual void createIndex(const QString &table, const Index &index) = 0;
     virtual void createRelationship(const Relationship &relationship) = 0;
     virtual void dropTable(const QString &name) = 0;
-    virtual std::vector<Relationship> relationships() const = 0;
+    virtual std::vector<Relationship> relationships() const = 0; ///< of the users' tables
 };
 
 struct OpenRequest {

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "platform/jet/CatalogWriter.h"
+#include "platform/jet/PageFile.h"
 #include "tests/jet/JetFileTest.h"
 
 using namespace Qt::StringLiterals;
@@ -96,6 +98,47 @@ TEST_P(SchemaTest, KeepsEveryTypeWithAllItsWishes)
         EXPECT_EQ(std::tie(kept->primary, kept->unique, kept->ignoreNulls),
                   std::tie(wished.primary, wished.unique, wished.ignoreNulls));
     }
+}
+
+TEST_P(SchemaTest, ShowsWhichColumnsMakeTheirOwnValues)
+{
+    database->createTable({u"T"_s,
+                           {{.name = u"Nr"_s, .type = Type::Long, .autonumber = true},
+                            {.name = u"Made"_s, .type = Type::Guid, .required = true, .defaultValue = u"GenGUID()"_s},
+                            {.name = u"Plain"_s, .type = Type::Guid}}});
+    database = file.open();
+    const auto &columns = table(u"T"_s).schema().columns;
+    EXPECT_TRUE(columns[0].autonumber && columns[1].autonumber && !columns[2].autonumber);
+    const auto first = table(u"T"_s).row(table(u"T"_s).insert({}));
+    const auto second = table(u"T"_s).row(table(u"T"_s).insert({}));
+    EXPECT_TRUE(std::holds_alternative<QString>(first->value(1)));
+    EXPECT_NE(first->value(1), second->value(1));
+    EXPECT_EQ(second->value(0), storage::Value(std::int64_t{2}));
+    EXPECT_EQ(kindOf([&] { table(u"T"_s).update(first->rowId(), {{{1, storage::Value()}}}); }), Kind::Required);
+}
+
+TEST_P(SchemaTest, HidesTheRelationshipsOfSystemTables)
+{
+    makeFamily(false);
+    const storage::Relationship hidden{.name = u"MSys"_s,
+                                       .table = u"MSysObjects"_s,
+                                       .columns = {u"Id"_s},
+                                       .foreignTable = u"MSysACEs"_s,
+                                       .foreignColumns = {u"ObjectId"_s}};
+    {
+        jet::PageFile pages(storage::systemFiles(), {file.path(), GetParam().password});
+        const jet::TextCodec codec = GetParam().jet4() ? jet::TextCodec::jet4() : jet::TextCodec::jet3(1252);
+        jet::PageScope scope(pages);
+        jet::CatalogWriter(pages, codec)
+            .addRelationshipPair({hidden.name, 0, 1, 0, hidden.foreignTable, hidden.foreignColumns.front(),
+                                  hidden.table, hidden.columns.front()});
+        scope.commit();
+    }
+    ASSERT_EQ(database->relationships().size(), 1U);
+    EXPECT_EQ(database->relationships().front().name, u"KontenVerbindungen"_s);
+    storage::Relationship other = database->relationships().front();
+    other.name = u"msys"_s;
+    EXPECT_EQ(kindOf([&] { database->createRelationship(other); }), Kind::AlreadyExists);
 }
 
 TEST_P(SchemaTest, MakesAndDropsTablesWithoutLosingPages)
