@@ -24,6 +24,8 @@ namespace jet {
 namespace {
 
 constexpr int currencyScale = 4;
+// What rounds to the greatest single: below the middle between it and the next power of two.
+constexpr double greatestSingle = 0x1.fffffefffffffp+127;
 // 100-01-01 to the end of 9999-12-31, as days.
 constexpr double firstDate = -657434.0;
 constexpr double endOfDates = 2958466.0;
@@ -180,7 +182,7 @@ Value fitValue(const ColumnDef &column, const Value &value, const TextCodec &cod
     case ColumnType::Currency:
         return Currency{fitWhole(column, value, currencyScale, lowest, highest)};
     case ColumnType::Single:
-        return double{static_cast<float>(fitReal(column, value, std::numeric_limits<float>::max()))};
+        return double{static_cast<float>(fitReal(column, value, greatestSingle))};
     case ColumnType::Double:
         return fitReal(column, value, std::numeric_limits<double>::max());
     case ColumnType::DateTime:

@@ -165,6 +165,21 @@ TEST_F(Exact, TypesThatDoNotGoTogetherAreRefusedBeforeAnyRowIsRead)
     }
 }
 
+TEST_F(Exact, DatesBecomeTextsAndTheLargestSingleIsOne)
+{
+    t.run({u"CREATE TABLE d (Nr LONG, T TEXT(40), W DATETIME, S SINGLE)",
+           u"INSERT INTO d VALUES (1, #12/24/2003#, #12/24/2003 10:30:00#, 3.4028235e38)",
+           u"INSERT INTO d (W, T, Nr) VALUES (#12/24/2003#, #12/24/2003 10:30:00#, 2)",
+           u"INSERT INTO d (Nr, T, W) SELECT Nr + 2, W, W FROM d WHERE Nr = 1",
+           u"INSERT INTO d (Nr, W) VALUES (4, 37979)", u"UPDATE d SET d.T = W WHERE Nr = 4"});
+    EXPECT_EQ(t.rows(u"SELECT Nr, T, W FROM d"_s),
+              u"1,24.12.2003,24.12.2003 10:30:00;2,24.12.2003 10:30:00,24.12.2003;"
+              u"3,24.12.2003 10:30:00,24.12.2003 10:30:00;4,24.12.2003,24.12.2003"_s);
+    EXPECT_EQ(t.rows(u"SELECT Nr FROM d WHERE S > 3.4028234e38"_s), u"1"_s);
+    EXPECT_EQ(t.executeError(u"UPDATE d SET S = 3.4028236e38"_s), 3349);
+    EXPECT_EQ(t.executeError(u"UPDATE d SET S = -3.4028236e38"_s), 3349);
+}
+
 TEST_F(Exact, ANameGivenToAColumnIsSpeltAsWritten)
 {
     const std::pair<QString, QString> named[] = {{u"SELECT Count(*) AS n FROM k"_s, u"n"_s},

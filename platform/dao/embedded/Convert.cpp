@@ -106,10 +106,15 @@ Value currency(const Value &value, const Column &column)
 
 Value real(const Value &value, const Column &column, double greatest)
 {
-    if (const auto *number = std::get_if<double>(&value); number != nullptr && std::abs(*number) <= greatest)
+    // What is nearer to the greatest single than to the next power of two is that: people write it as 3.4028235E+38
+    constexpr double endOfSingles = 0x1.ffffffp+127;
+    const auto fits = [&](double number) {
+        return std::abs(number) <= greatest || (column.type == Type::Single && std::abs(number) < endOfSingles);
+    };
+    if (const auto *number = std::get_if<double>(&value); number != nullptr && fits(*number))
         return *number;
     const double number = decimalFor(value, column).toDouble();
-    if (!(std::abs(number) <= greatest))
+    if (!fits(number))
         refuse(StorageError::OutOfRange, value, column, u"möglich ist ±%1"_s.arg(textOf(greatest)));
     return number;
 }

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/dao/Dao.h"
 #include "platform/dao/embedded/Connection.h"
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/DecimalText.h"
@@ -165,6 +166,16 @@ void inDouble(sqlite3_context *context, int, Arguments arguments) noexcept
     });
 }
 
+/// A date as it is written into a text.
+void dateText(sqlite3_context *context, int, Arguments arguments) noexcept
+{
+    answer(context, [&] {
+        if (sqlite3_value_type(arguments[0]) == SQLITE_NULL)
+            return;
+        giveResult(context, textOf(calendarOf(storage::DateTime{sqlite3_value_double(arguments[0])})));
+    });
+}
+
 /// Null where one of the two is no number.
 template <bool Subtracts> void add(sqlite3_context *context, int, Arguments arguments) noexcept
 {
@@ -223,6 +234,7 @@ constexpr Function jetFunctions[] = {
     {"jet_mid", 3, ofText<middle>, SQLITE_DETERMINISTIC},
     {"jet_exact", 1, exact, SQLITE_DETERMINISTIC},
     {"jet_double", 1, inDouble, SQLITE_DETERMINISTIC},
+    {"jet_datetext", 1, dateText, SQLITE_DETERMINISTIC},
     {"jet_add", 2, add<false>, SQLITE_DETERMINISTIC},
     {"jet_subtract", 2, add<true>, SQLITE_DETERMINISTIC},
     {"jet_now", 0, now, 0},

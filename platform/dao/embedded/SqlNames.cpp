@@ -20,6 +20,8 @@ Kind ofType(Type type)
     case Type::Memo:
     case Type::Guid:
         return Kind::Text;
+    case Type::DateTime:
+        return Kind::Date;
     case Type::Binary:
     case Type::LongBinary:
         return Kind::Unknown;
@@ -55,6 +57,16 @@ SqlNames::SqlNames(const std::vector<Token> &tokens, const std::vector<storage::
                 m_tables[behind.text.toCaseFolded()] = &schema;
         }
     }
+}
+
+std::vector<Kind> SqlNames::kindsOf(const QString &table) const
+{
+    std::vector<Kind> kinds;
+    if (const auto known = m_tables.find(table.toCaseFolded()); known != m_tables.end()) {
+        for (const storage::Column &column : known->second->columns)
+            kinds.push_back(ofType(column.type));
+    }
+    return kinds;
 }
 
 Kind SqlNames::kindOf(const QString &column, const QString &table) const

@@ -21,6 +21,8 @@ public:
     void give(const QString &name, Kind kind) { m_given[name.toCaseFolded()] = kind; }
     /// Of a column, of any table unless `table` (or its alias) is known; Unknown or Mixed if several differ.
     Kind kindOf(const QString &column, const QString &table) const;
+    /// Of all columns of a table; none if it is not known.
+    std::vector<Kind> kindsOf(const QString &table) const;
 
 private:
     const std::vector<storage::TableSchema> &m_schemas;

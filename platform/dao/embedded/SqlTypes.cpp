@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include <QScopedValueRollback>
+
 #include "platform/dao/embedded/DateText.h"
 #include "platform/dao/embedded/Errors.h"
 #include "platform/dao/embedded/SqlNames.h"
@@ -27,10 +29,8 @@ public:
 
     std::vector<Wording> run()
     {
-        if (now().isWord(u"INSERT")) { // up to the values its parentheses hold names
-            while (!now().isWord(u"VALUES") && !now().isWord(u"SELECT") && now().kind != Token::End)
-                ++m_at;
-        }
+        if (now().isWord(u"INSERT"))
+            insertion();
         if (now().isWord(u"UPDATE"))
             assignments();
         for (clauses(); now().kind != Token::End; clauses())
@@ -39,25 +39,12 @@ public:
     }
 
 private:
-    /// Keeps the descent from a depth that no sensible statement has.
-    class Level
+    int deeper() const
     {
-    public:
-        explicit Level(int &level)
-            : m_level(level)
-        {
-            constexpr int deepest = 400;
-            if (m_level == deepest)
-                throw daoError(DaoError::SyntaxInExpression, u"("_s);
-            ++m_level;
-        }
-        ~Level() { --m_level; }
-        Level(const Level &) = delete;
-        Level &operator=(const Level &) = delete;
-
-    private:
-        int &m_level;
-    };
+        if (m_level == 400) // no sensible statement goes there
+            throw daoError(DaoError::SyntaxInExpression, u"("_s);
+        return m_level + 1;
+    }
 
     const Token &at(std::size_t index) const { return m_tokens[std::min(index, m_tokens.size() - 1)]; }
     const Token &now() const { return at(m_at); }
@@ -74,6 +61,31 @@ private:
 
     // Statements
 
+    /// Up to the values or the query.
+    void insertion()
+    {
+        m_at += 2;
+        const QString table = now().text;
+        ++m_at;
+        if (now().isSymbol(u"(") && !at(m_at + 1).isWord(u"SELECT")) {
+            do {
+                ++m_at;
+                m_targets.push_back(m_names.kindOf(now().text, table));
+                ++m_at;
+            } while (now().isSymbol(u","));
+            accept(u")");
+        } else {
+            m_targets = m_names.kindsOf(table);
+        }
+        m_fillsTargets = true;
+    }
+
+    /// What goes into the columns of the statement's table, or is shown.
+    void passOn(const Operand &operand, std::size_t position, bool isStored)
+    {
+        m_wording.passOn(operand, isStored && position < m_targets.size() ? m_targets[position] : Kind::Unknown);
+    }
+
     void assignments()
     {
         while (!now().isWord(u"SET") && now().kind != Token::End)
@@ -81,15 +93,16 @@ private:
         do {
             while (!now().isSymbol(u"=") && now().kind != Token::End)
                 ++m_at;
+            const Kind target = m_names.kindOf(at(m_at - 1).text, {});
             ++m_at;
-            m_wording.keepDigits(expression());
+            m_wording.passOn(expression(), target);
         } while (now().isSymbol(u","));
     }
 
     /// Whatever follows, up to the parenthesis that closes or the end.
     void clauses()
     {
-        const Level level(m_level);
+        const QScopedValueRollback level(m_level, deeper());
         while (now().kind != Token::End && !now().isSymbol(u")")) {
             if (now().isWord(u"WHERE") || now().isWord(u"HAVING") || now().isWord(u"ON")) {
                 ++m_at;
@@ -102,8 +115,9 @@ private:
                 accept(u")");
             } else if (now().isWord(u"VALUES") && at(m_at + 1).isSymbol(u"(")) {
                 m_at += 2;
+                std::size_t position = 0;
                 do {
-                    m_wording.keepDigits(expression());
+                    passOn(expression(), position++, true);
                 } while (accept(u","));
                 accept(u")");
             } else {
@@ -123,6 +137,8 @@ private:
     /// Gives the first column.
     Operand select()
     {
+        const bool isStored = std::exchange(m_fillsTargets, false);
+        std::size_t position = 0;
         ++m_at;
         while (accept(u"ALL") || accept(u"DISTINCT") || accept(u"DISTINCTROW")) { }
         if (accept(u"TOP"))
@@ -131,7 +147,7 @@ private:
         do {
             accept(u"*");
             const Operand column = expression();
-            m_wording.keepDigits(column);
+            passOn(column, position++, isStored);
             const bool isGiven = accept(u"AS");
             if (isName(now())) { // a name of its own, whatever columns there are
                 m_wording.replace(m_at, (isGiven ? "[" : "AS [") + now().text.toUtf8() + ']');
@@ -171,7 +187,7 @@ private:
 
     Operand negation()
     {
-        const Level level(m_level);
+        const QScopedValueRollback level(m_level, deeper());
         const std::size_t first = m_at;
         if (!accept(u"NOT"))
             return comparison();
@@ -264,7 +280,7 @@ private:
 
     Operand factor()
     {
-        const Level level(m_level);
+        const QScopedValueRollback level(m_level, deeper());
         const std::size_t first = m_at;
         if (!now().isSymbol(u"-") && !now().isSymbol(u"+"))
             return primary();
@@ -288,7 +304,7 @@ private:
         if (token.kind == Token::Number)
             return {first, ++m_at, Kind::Number, {}, true};
         if (token.kind == Token::Date) // a wrong one is reported as such
-            return {first, ++m_at, dateFromText(token.text, DateOrder::MonthDayYear) ? Kind::Number : Kind::Unknown};
+            return {first, ++m_at, dateFromText(token.text, DateOrder::MonthDayYear) ? Kind::Date : Kind::Unknown};
         if (accept(u"(")) {
             const Operand inner = now().isWord(u"SELECT") ? select() : expression();
             accept(u")");
@@ -355,6 +371,8 @@ private:
             m_wording.asDouble(argument);
         constexpr std::array texts{u"TRIM", u"LTRIM", u"RTRIM", u"UCASE", u"LCASE", u"LEFT", u"RIGHT", u"MID"};
         const bool isText = std::ranges::any_of(texts, [&name](const char16_t *text) { return name == text; });
+        if (name == u"NOW" || name == u"DATE")
+            return Kind::Date;
         return isText ? Kind::Text : name == u"IIF" ? Kind::Unknown : Kind::Number;
     }
 
@@ -362,6 +380,8 @@ private:
     const std::function<bool(const Token &)> &m_isKeyword;
     SqlNames &m_names;
     SqlWording m_wording;
+    std::vector<Kind> m_targets{}; // the columns that an INSERT fills
+    bool m_fillsTargets = false; // the next query does
     int m_level = 0;
     std::size_t m_at = 0;
 };

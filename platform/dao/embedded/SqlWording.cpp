@@ -55,12 +55,14 @@ void SqlWording::writeExact(const Operand &literal)
     m_words[literal.end - 1].instead = "x'" + exactBytes(plain).toHex() + '\'';
 }
 
-void SqlWording::keepDigits(const Operand &operand)
+void SqlWording::passOn(const Operand &operand, Kind target)
 {
+    if (target == Kind::Text && operand.kind == Kind::Date)
+        wrap(operand, "jet_datetext(");
     if (!operand.isLiteral)
         return;
     const QString text = m_tokens[operand.end - 1].text;
-    const bool isWhole = !text.contains(u'.');
+    const bool isWhole = !text.contains(u'.'); // a double has fewer digits than whole numbers
     if (!text.contains(u'e', Qt::CaseInsensitive) && text.size() > (isWhole ? 18 : 16))
         writeExact(operand);
 }

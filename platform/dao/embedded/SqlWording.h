@@ -18,7 +18,7 @@ struct Wording {
 
 /// What an expression gives. Exact: an amount or decimal (ExactNumber.h); Number: anything else that computes; Mixed:
 /// perhaps Exact, which shows when it runs.
-enum class Kind { Unknown, Number, Exact, Mixed, Text };
+enum class Kind { Unknown, Number, Date, Exact, Mixed, Text };
 
 inline bool mayBeExact(Kind kind)
 {
@@ -45,8 +45,8 @@ public:
     void wrap(const Operand &operand, const QByteArray &function);
     void asDouble(const Operand &operand);
     void asExact(const Operand &operand);
-    /// A number that is only passed on, and has more digits than a double or a whole number.
-    void keepDigits(const Operand &operand);
+    /// For a result or a column of the kind `target`: numbers keep their digits, and dates become texts.
+    void passOn(const Operand &operand, Kind target = Kind::Unknown);
     /// Makes operands comparable. Throws DaoError 3464 where only one of two is a text, and one a column.
     void alike(const std::vector<Operand> &operands);
 
