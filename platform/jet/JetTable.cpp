@@ -22,8 +22,13 @@ QString JetTable::place() const
 
 JetTable::KnownPtr JetTable::known() const
 {
+    m_database.file().refresh();
+    return knownAsSeen();
+}
+
+JetTable::KnownPtr JetTable::knownAsSeen() const
+{
     PageFile &file = m_database.file();
-    file.refresh();
     if (!m_known || m_known->generation != file.generation()) {
         m_known.reset();
         m_known = withPlace([this] { return place(); },
@@ -78,7 +83,7 @@ std::unique_ptr<storage::Cursor> JetTable::row(storage::RowId id)
     return withPlace([this] { return place(); },
                      [&] {
                          return unhurried(file, [&]() -> std::unique_ptr<storage::Cursor> {
-                             KnownPtr now = known();
+                             KnownPtr now = knownAsSeen();
                              auto found = findRow(file, now->def, home);
                              if (!found)
                                  return nullptr;

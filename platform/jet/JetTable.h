@@ -38,6 +38,8 @@ public:
     using KnownPtr = std::shared_ptr<const Known>;
     /// Read anew when the definition or the whole file has changed. Throws NoSuchTable when the table is gone.
     KnownPtr known() const;
+    /// The same as of the last look at the file.
+    KnownPtr knownAsSeen() const;
     /// Forgets what was read of the definition.
     void definitionChanged() { m_known.reset(); }
 

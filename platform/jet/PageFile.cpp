@@ -61,7 +61,7 @@ PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &reque
                                .arg(m_pageSize));
     }
     m_cache.emplace(cacheBytes / m_pageSize);
-    look();
+    look(readCommitArea());
 }
 
 PageFile::~PageFile()
@@ -109,15 +109,17 @@ void PageFile::refresh()
 {
     if (!m_levels.empty())
         return;
-    if (m_journal.isInterrupted() || isMarked(readCommitArea()))
+    QByteArray area = readCommitArea();
+    if (m_journal.isInterrupted() || isMarked(area)) {
         settle();
-    look();
+        area = readCommitArea();
+    }
+    look(std::move(area));
 }
 
 /// Takes note of the file's state and forgets the pages of another one.
-void PageFile::look()
+void PageFile::look(QByteArray area)
 {
-    QByteArray area = readCommitArea();
     const auto pages = static_cast<PageNo>(m_file->size() / static_cast<qint64>(m_pageSize));
     if (area == m_commitArea && pages == m_pageCount)
         return;

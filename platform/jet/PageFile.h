@@ -84,7 +84,7 @@ private:
     void settle();
     bool trySettle();
     void recover(storage::File &file);
-    void look();
+    void look(QByteArray area);
     void requireScope() const;
     void begin();
     void commit();

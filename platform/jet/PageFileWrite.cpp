@@ -35,7 +35,7 @@ void PageFile::begin()
         }
         try {
             recover(*m_file);
-            look();
+            look(readCommitArea());
             checkCommitArea();
         } catch (const StorageError &) {
             m_lockFile->endWriting();

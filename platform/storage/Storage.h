@@ -132,7 +132,8 @@ public:
     virtual std::unique_ptr<Cursor> scan() = 0;
     /// A cursor over an index range; only for an index that is `usable`.
     virtual std::unique_ptr<Cursor> range(const KeyRange &range) = 0;
-    /// A cursor that already stands on the row; nullptr if the row does not exist.
+    /// A cursor that already stands on the row; nullptr if the row does not exist. What other programs write shows from
+    /// the next Database::table() on.
     virtual std::unique_ptr<Cursor> row(RowId id) = 0;
 
     /// Throws what a write would throw for this value by itself: WrongType, OutOfRange, TooLong, NotEncodable. Whether

@@ -1,7 +1,10 @@
 // What programs see of each other's writes through recordsets and statements.
 #include <gtest/gtest.h>
 
+#include "platform/dbf/DbfDriver.h"
+#include "platform/jet/JetDatabase.h"
 #include "tests/dao/TestDatabase.h"
+#include "tests/fakes/FaultyFiles.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,5 +56,42 @@ TEST(Others, MayWriteBetweenTheStepsOfARecordset)
         for (const QString &statement : row.otherProgram)
             other->Execute(statement);
         EXPECT_EQ(rest(*records).toStdString(), row.rest.toStdString());
+    }
+}
+
+TEST(Others, ShowTheirWritesWhenTheRecordsetComesToTheRowAgain)
+{
+    TestEngine t;
+    t.run({u"CREATE TABLE t (Nr LONG)", u"INSERT INTO t VALUES (1)"});
+    const auto records = t.db->OpenRecordset(u"t"_s);
+    EXPECT_EQ(records->Fields(0).Value(), 1);
+    t.engine->OpenDatabase(t.path, 0, false, {})->Execute(u"UPDATE t SET Nr = 2"_s);
+    records->MoveFirst();
+    EXPECT_EQ(records->Fields(0).Value(), 2);
+}
+
+// A look at the file is two calls: the commit area, and the length.
+TEST(Others, AreLookedForOnceForEachRowAndForEachLongValue)
+{
+    const QTemporaryDir folder;
+    FaultyFiles files;
+    dao::EmbeddedEngine engine(std::make_unique<jet::JetDriver>(files), std::make_unique<dbf::DbfDriver>(files));
+    const auto db = engine.CreateDatabase(folder.filePath(u"Muster.PCK"_s), {}, dao::DBEngine::dbVersion40);
+    QStringList columns;
+    for (int i = 0; i < 40; ++i)
+        columns += u"S%1 %2"_s.arg(i).arg(i % 2 == 0 ? u"LONG"_s : u"TEXT(10)"_s);
+    db->Execute(u"CREATE TABLE t (%1, Langes MEMO)"_s.arg(columns.join(u", "_s)));
+    for (int i = 0; i < 50; ++i)
+        db->Execute(u"INSERT INTO t (S0, S1, Langes) VALUES (%1, 'x', 'y')"_s.arg(i));
+
+    const auto records = db->OpenRecordset(u"t"_s);
+    for (const auto &[fields, readings] : {std::pair(40, 2), std::pair(41, 4)}) {
+        records->MoveFirst();
+        files.start();
+        for (int row = 0; row < 50; ++row, records->MoveNext()) {
+            for (int field = 0; field < fields; ++field)
+                static_cast<void>(records->Fields(field).Value());
+        }
+        EXPECT_EQ(files.readings(), 50 * readings) << fields << " fields";
     }
 }

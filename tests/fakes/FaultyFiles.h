@@ -71,6 +71,7 @@ public:
     void start(const Fault &fault = {});
     /// Whether the fault has happened.
     bool hasStruck() const { return m_struck; }
+    int readings() const { return m_readings; }
     /// Begins to write down what changes in a folder.
     Recording &record(const QString &folder);
 

@@ -65,6 +65,7 @@ void EmbeddedRecordset::moveTo(qsizetype row)
     m_editing = false; // what was set but not written is dropped
     m_edited.clear();
     m_row = row;
+    rows().moved();
     if (rows().has(row))
         m_visited = std::max(m_visited, row + 1);
 }

@@ -12,6 +12,7 @@
 
 using namespace Qt::StringLiterals;
 using storage::RowId;
+using storage::Type;
 using storage::Value;
 
 namespace dao {
@@ -49,9 +50,10 @@ public:
     {
         return translated(Doing::Work, [&] {
             const ResultColumn &result = columns()[column];
-            return variantOf(cursorOn(row).value(result.position), result.stored.type);
+            return variantOf(cursorFor(row, result).value(result.position), result.stored.type);
         });
     }
+    void moved() override { m_held->cursor.reset(); }
 
     void requireStorable(std::size_t column, const Value &value) const override
     {
@@ -65,11 +67,16 @@ public:
     }
 
 private:
-    storage::Cursor &cursorOn(qsizetype row) const
+    /// Looks at the file, through the table's name, once for the row and for each value that does not stand in it.
+    storage::Cursor &cursorFor(qsizetype row, const ResultColumn &column) const
     {
-        storage::Table &table = m_connection->table(m_table);
         const RowId address = m_rows->at(row);
-        if (!m_held->cursor || m_held->cursor->rowId() != address)
+        const bool isThere = m_held->cursor && m_held->cursor->rowId() == address;
+        const bool standsInRow = column.stored.type != Type::Memo && column.stored.type != Type::LongBinary;
+        if (isThere && standsInRow)
+            return *m_held->cursor;
+        storage::Table &table = m_connection->table(m_table);
+        if (!isThere)
             m_held->cursor = table.row(address);
         if (!m_held->cursor)
             throw daoError(number::RowDeleted);

@@ -29,6 +29,8 @@ public:
     /// Throws why its rows cannot be written, if so.
     virtual void requireEditable() const = 0;
     virtual QVariant value(qsizetype row, std::size_t column) const = 0;
+    /// The user has moved: what is read from now on is the row as it is then.
+    virtual void moved() { }
     /// Throws, as storage::Table::requireStorable, if a column of an editable result does not take the value.
     virtual void requireStorable(std::size_t column, const storage::Value &value) const = 0;
     /// Writes one row of an editable result; `values` name columns of the stored table.
