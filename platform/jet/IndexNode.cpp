@@ -1,16 +1,4 @@
-// The pages of index trees.
-//
-//   Jet 3  Jet 4  size
-//   0      0      2     03 01 above the leaves, 04 01 leaf
-//   2      2      2     free bytes behind the last entry
-//   4      4      4     owner: page of the table's definition
-//   8      12     4     previous page of the level, 0 = none
-//   12     16     4     next page of the level, 0 = none
-//   16     20     4     tail: child of all that is larger than the entries; 0 on leaves
-//   20     24     1, 2  length of the prefix that all entries but the first leave out
-//   21     26     1     level, 0 = leaf
-//   22     27           bitmap: bit p is set if an entry ends p bytes behind the start of the entries
-//   0xF8   0x1E0        entries: key, row address (page 3, slot 1), above the leaves also child page (4); big-endian
+// The pages of index trees in memory; IndexLayout.h describes them.
 #include "platform/jet/IndexNode.h"
 
 #include <algorithm>
@@ -18,6 +6,7 @@
 
 #include "platform/jet/Damage.h"
 #include "platform/jet/IndexKey.h"
+#include "platform/jet/IndexLayout.h"
 
 using namespace Qt::StringLiterals;
 using storage::Bytes;
@@ -27,43 +16,6 @@ using storage::writeLE;
 namespace jet {
 
 namespace {
-
-constexpr std::uint16_t upperTag = 0x0103;
-constexpr std::uint16_t leafTag = 0x0104;
-constexpr std::size_t freeAt = 2;
-constexpr std::size_t ownerAt = 4;
-constexpr std::size_t rowSize = 4;
-constexpr std::size_t linkSize = 4;
-
-struct Layout {
-    std::size_t pageSize;
-    std::size_t previousAt;
-    std::size_t prefixSize;
-    std::size_t prefixAt;
-    std::size_t levelAt;
-    std::size_t bitmapAt;
-    std::size_t entriesAt;
-
-    std::size_t nextAt() const { return previousAt + linkSize; }
-    std::size_t tailAt() const { return previousAt + 2 * linkSize; }
-    std::size_t capacity() const { return pageSize - entriesAt; }
-    std::size_t prefixLimit() const { return prefixSize == 1 ? 0xFF : 0xFFFF; }
-};
-constexpr Layout jet3Layout{2048, 8, 1, 20, 21, 22, 0xF8};
-constexpr Layout jet4Layout{4096, 12, 2, 24, 26, 27, 0x1E0};
-
-const Layout &layoutOf(bool jet4)
-{
-    return jet4 ? jet4Layout : jet3Layout;
-}
-
-std::uint32_t readBigEndian(Bytes bytes)
-{
-    std::uint32_t number = 0;
-    for (const std::byte byte : bytes)
-        number = number << 8 | std::to_integer<std::uint32_t>(byte);
-    return number;
-}
 
 void storeBigEndian(std::uint32_t number, std::vector<std::byte> &bytes, std::size_t at)
 {
@@ -87,7 +39,7 @@ std::vector<std::size_t> readEnds(Bytes bitmap)
 KeyBytes indexEntry(Bytes key, RowPointer row)
 {
     KeyBytes entry(key.begin(), key.end());
-    entry.resize(key.size() + rowSize);
+    entry.resize(key.size() + indexRowSize);
     storeBigEndian(row.number(), entry, key.size());
     return entry;
 }
@@ -104,14 +56,14 @@ IndexNode IndexNode::read(PageStore &store, PageNo number, PageNo owner)
 {
     const PagePtr held = store.read(number);
     const Bytes page = *held;
-    const Layout &layout = layoutOf(store.isJet4());
+    const IndexLayout &layout = indexLayoutOf(store.isJet4());
     const auto tag = readLE<std::uint16_t>(page, 0);
-    if (tag != upperTag && tag != leafTag)
+    if (tag != upperIndexTag && tag != leafIndexTag)
         damaged(number, u"sie ist keine Seite eines Index"_s);
-    if (readLE<PageNo>(page, ownerAt) != owner)
+    if (readLE<PageNo>(page, indexOwnerAt) != owner)
         damaged(number, u"sie gehört nicht zu einem Index der Tabelle auf Seite %1"_s.arg(owner));
     IndexNode node(store, number, owner, std::to_integer<std::uint8_t>(page[layout.levelAt]));
-    node.m_leaf = tag == leafTag;
+    node.m_leaf = tag == leafIndexTag;
     node.m_previous = readLE<PageNo>(page, layout.previousAt);
     node.m_next = readLE<PageNo>(page, layout.nextAt());
     if (!node.m_leaf) {
@@ -125,14 +77,13 @@ IndexNode IndexNode::read(PageStore &store, PageNo number, PageNo owner)
 
 void IndexNode::readEntries(Bytes page)
 {
-    const Layout &layout = layoutOf(m_jet4);
-    const std::size_t free = readLE<std::uint16_t>(page, freeAt);
-    const std::vector<std::size_t> ends = readEnds(page.subspan(layout.bitmapAt, layout.entriesAt - layout.bitmapAt));
+    const IndexLayout &layout = indexLayoutOf(m_jet4);
+    const std::size_t free = readLE<std::uint16_t>(page, indexFreeAt);
+    const std::vector<std::size_t> ends = readEnds(page.subspan(layout.bitmapAt, layout.bitmapSize()));
     const std::size_t used = ends.empty() ? 0 : ends.back();
     if (used > layout.capacity() || used + free != layout.capacity())
         damaged(m_number, u"die Einträge des Index enden nicht dort, wo der freie Platz beginnt"_s);
-    const std::size_t prefix = layout.prefixSize == 1 ? std::to_integer<std::size_t>(page[layout.prefixAt])
-                                                      : readLE<std::uint16_t>(page, layout.prefixAt);
+    const std::size_t prefix = layout.prefixIn(page);
     if (ends.empty())
         return;
     if (prefix > ends.front())
@@ -154,7 +105,7 @@ void IndexNode::readEntries(Bytes page)
 
 void IndexNode::checkEntries(std::size_t prefix) const
 {
-    const std::size_t shortest = 1 + rowSize + childSize();
+    const std::size_t shortest = 1 + indexRowSize + childSize();
     for (std::size_t i = 0; i < count(); ++i) {
         if (stored(i).size() < shortest)
             damaged(m_number, u"Eintrag %1 des Index ist zu kurz"_s.arg(i));
@@ -183,18 +134,18 @@ Bytes IndexNode::entry(std::size_t position) const
 Bytes IndexNode::key(std::size_t position) const
 {
     const Bytes whole = entry(position);
-    return whole.first(whole.size() - rowSize);
+    return whole.first(whole.size() - indexRowSize);
 }
 
 RowPointer IndexNode::row(std::size_t position) const
 {
-    return RowPointer::fromNumber(readBigEndian(entry(position).last(rowSize)));
+    return RowPointer::fromNumber(readBigEndian(entry(position).last(indexRowSize)));
 }
 
 PageNo IndexNode::child(std::size_t position) const
 {
     Q_ASSERT(!m_leaf);
-    return position == count() ? m_tail : readBigEndian(stored(position).last(linkSize));
+    return position == count() ? m_tail : readBigEndian(stored(position).last(indexLinkSize));
 }
 
 std::size_t IndexNode::find(Bytes wanted) const
@@ -236,7 +187,7 @@ void IndexNode::setChild(std::size_t position, PageNo child)
     if (position == count())
         m_tail = child;
     else
-        storeBigEndian(child, m_bytes, m_ends[position] - linkSize);
+        storeBigEndian(child, m_bytes, m_ends[position] - indexLinkSize);
 }
 
 void IndexNode::erase(std::size_t first, std::size_t last)
@@ -269,7 +220,7 @@ void IndexNode::takeContent(const IndexNode &other)
 /// The length of the beginning that the page has to store once only; 0 if there is room without that.
 std::size_t IndexNode::prefixNeeded(std::size_t first, std::size_t last) const
 {
-    const Layout &layout = layoutOf(m_jet4);
+    const IndexLayout &layout = indexLayoutOf(m_jet4);
     if (!m_leaf || last - first < 2 || start(last) - start(first) <= layout.capacity())
         return 0;
     // in ordered entries, what the first and the last begin with all begin with
@@ -286,14 +237,14 @@ std::size_t IndexNode::prefixNeeded(std::size_t first, std::size_t last) const
 bool IndexNode::fits(std::size_t first, std::size_t last) const
 {
     const std::size_t size = start(last) - start(first);
-    const std::size_t capacity = layoutOf(m_jet4).capacity();
+    const std::size_t capacity = indexLayoutOf(m_jet4).capacity();
     return size <= capacity || size - prefixNeeded(first, last) * (last - first - 1) <= capacity;
 }
 
 void IndexNode::write(PageStore &store) const
 {
     Q_ASSERT(fits());
-    const Layout &layout = layoutOf(m_jet4);
+    const IndexLayout &layout = indexLayoutOf(m_jet4);
     Page &page = store.modify(m_number);
     std::ranges::fill(page, std::byte{0});
     const storage::MutableBytes bytes = page;
@@ -306,9 +257,9 @@ void IndexNode::write(PageStore &store) const
         std::byte &bits = bytes[layout.bitmapAt + used / 8];
         bits |= static_cast<std::byte>(1U << (used % 8));
     }
-    writeLE(bytes, 0, m_leaf ? leafTag : upperTag);
-    writeLE(bytes, freeAt, static_cast<std::uint16_t>(layout.capacity() - used));
-    writeLE(bytes, ownerAt, m_owner);
+    writeLE(bytes, 0, m_leaf ? leafIndexTag : upperIndexTag);
+    writeLE(bytes, indexFreeAt, static_cast<std::uint16_t>(layout.capacity() - used));
+    writeLE(bytes, indexOwnerAt, m_owner);
     writeLE(bytes, layout.previousAt, m_previous);
     writeLE(bytes, layout.nextAt(), m_next);
     writeLE(bytes, layout.tailAt(), m_tail);
@@ -321,7 +272,7 @@ void IndexNode::write(PageStore &store) const
 
 std::size_t IndexNode::entryLimit(const PageStore &store)
 {
-    return layoutOf(store.isJet4()).capacity() / 2 - linkSize;
+    return indexLayoutOf(store.isJet4()).capacity() / 2 - indexLinkSize;
 }
 
 } // namespace jet

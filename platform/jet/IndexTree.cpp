@@ -124,6 +124,35 @@ bool IndexTree::hasEqualKey(const IndexPath &place, Bytes key) const
     return isBorder && contains(key);
 }
 
+bool IndexTree::hasEqualKey(const IndexPlace &where, Bytes key) const
+{
+    const auto &[leaf, place] = where;
+    const auto isEqual = [&, &page = leaf](std::size_t other) {
+        const KeyBytes entry = page.entry(other);
+        return compareKeys(Bytes(entry).first(entry.size() - indexRowSize), key) == 0;
+    };
+    if ((place > 0 && isEqual(leaf.before(place))) || (place < leaf.end() && isEqual(place)))
+        return true;
+    const bool isBorder = (place == 0 && leaf.previous() != 0) || (place == leaf.end() && leaf.next() != 0);
+    return isBorder && contains(key);
+}
+
+/// Nothing if more than the leaf's entries would have to change; then nothing was.
+std::optional<IndexTree::Inserted> IndexTree::insertInPlace(Bytes entry, Duplicates duplicates)
+{
+    const auto where = IndexWalk(m_store, m_index.rootPage, m_owner).placeOf(entry);
+    if (!where || !where->leaf.hasRoomFor(entry, where->place))
+        return std::nullopt;
+    const auto &[leaf, place] = *where;
+    const bool known = hasEqualKey(*where, entry.first(entry.size() - indexRowSize));
+    if (known && duplicates == Duplicates::Refused)
+        return Inserted::Refused;
+    if (known && place < leaf.end() && compareKeys(leaf.entry(place), entry) == 0)
+        return std::nullopt; // which is damage
+    leaf.insert(m_store, entry, place);
+    return known ? Inserted::KnownKey : Inserted::NewKey;
+}
+
 IndexTree::Inserted IndexTree::insert(Bytes key, RowPointer row, Duplicates duplicates)
 {
     const KeyBytes entry = indexEntry(key, row);
@@ -131,6 +160,8 @@ IndexTree::Inserted IndexTree::insert(Bytes key, RowPointer row, Duplicates dupl
         throw StorageError(StorageError::TooLong,
                            u"Der Wert ist zu lang für den Index: sein Schlüssel hat %1 Bytes"_s.arg(key.size()));
     }
+    if (const auto inserted = insertInPlace(entry, duplicates))
+        return *inserted;
     IndexPath path = IndexWalk(m_store, m_index.rootPage, m_owner).toEntry(entry);
     const bool known = hasEqualKey(path, key);
     if (known && duplicates == Duplicates::Refused)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "platform/jet/IndexKey.h"
@@ -12,7 +13,8 @@
 
 namespace jet {
 
-/// Changes the tree of one real index: adds and removes entries. Keeps nothing of the file in memory.
+/// Changes the tree of one real index: adds and removes entries. Keeps nothing of the file in memory. An entry for
+/// which its leaf has room is added to the page as it stands; everything else is done with IndexNode.
 ///
 /// Errors  StorageError::Damaged when pages contradict each other, with the page's number.
 class IndexTree
@@ -40,7 +42,9 @@ public:
     void rebuild(std::span<const KeyBytes> entries);
 
 private:
+    std::optional<Inserted> insertInPlace(storage::Bytes entry, Duplicates duplicates);
     bool hasEqualKey(const IndexPath &place, storage::Bytes key) const;
+    bool hasEqualKey(const IndexPlace &where, storage::Bytes key) const;
     KeyBytes findByRow(RowPointer row) const;
 
     IndexNode readNode(PageNo number) const;

@@ -34,6 +34,15 @@ Limits limitsOfChild(const IndexPath &path)
     return limits;
 }
 
+/// `first` and `last` are the entries at the ends of a page.
+void requireBetween(Bytes first, Bytes last, const Limits &limits, PageNo number, PageNo parent)
+{
+    if (!limits.above.empty() && compareKeys(first, limits.above) <= 0)
+        damaged(number, u"ihre Einträge beginnen vor dem Ende der vorigen Seite des Index"_s);
+    if (!limits.upTo.empty() && compareKeys(last, limits.upTo) > 0)
+        damaged(number, u"ihre Einträge enden hinter dem, was Seite %1 über sie sagt"_s.arg(parent));
+}
+
 std::size_t findTarget(const IndexNode &node, const IndexWalk::Target &target)
 {
     std::size_t low = 0;
@@ -89,12 +98,7 @@ IndexNode IndexWalk::readChild(const IndexPath &path) const
     IndexNode node = IndexNode::read(m_store, number, m_owner);
     if (node.count() == 0)
         return node;
-    const Limits limits = limitsOfChild(path);
-    if (!limits.above.empty() && compareKeys(node.entry(0), limits.above) <= 0)
-        damaged(number, u"ihre Einträge beginnen vor dem Ende der vorigen Seite des Index"_s);
-    if (!limits.upTo.empty() && compareKeys(node.entry(node.count() - 1), limits.upTo) > 0) {
-        damaged(number, u"ihre Einträge enden hinter dem, was Seite %1 über sie sagt"_s.arg(parent.node.number()));
-    }
+    requireBetween(node.entry(0), node.entry(node.count() - 1), limitsOfChild(path), number, parent.node.number());
     return node;
 }
 
@@ -125,6 +129,31 @@ IndexPath IndexWalk::toTarget(const Target &target) const
 IndexPath IndexWalk::toEntry(Bytes entry) const
 {
     return descend([entry](const IndexNode &node) { return node.find(entry); });
+}
+
+std::optional<IndexPlace> IndexWalk::placeOf(Bytes entry) const
+{
+    IndexPage page(m_store, m_root, m_owner);
+    KeyBytes above;
+    KeyBytes upTo;
+    for (std::size_t depth = 1; page.isSearchable(); ++depth) {
+        const std::size_t place = page.find(entry);
+        if (page.isLeaf())
+            return IndexPlace{std::move(page), place};
+        if (place > 0)
+            above = page.entry(page.before(place));
+        if (place < page.end())
+            upTo = page.entry(place);
+        const PageNo number = page.child(place);
+        if (depth >= maxDepth)
+            damaged(number, u"der Index führt im Kreis"_s);
+        IndexPage child(m_store, number, m_owner);
+        if (child.end() > 0)
+            requireBetween(child.entry(0), child.entry(child.before(child.end())), {above, upTo}, number,
+                           page.number());
+        page = std::move(child);
+    }
+    return std::nullopt;
 }
 
 IndexPath IndexWalk::toStart() const

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "platform/jet/IndexNode.h"
+#include "platform/jet/IndexPage.h"
 #include "platform/jet/PageStore.h"
 #include "platform/storage/Bytes.h"
 
@@ -14,6 +16,12 @@ struct IndexStep {
     std::size_t position;
 };
 using IndexPath = std::vector<IndexStep>;
+
+/// Where an entry belongs: a leaf, and the place of the first entry on it that is not below.
+struct IndexPlace {
+    IndexPage leaf;
+    std::size_t place;
+};
 
 /// How far above the leaves a step of a path is.
 inline std::uint8_t levelOf(const IndexPath &path, std::size_t depth)
@@ -39,6 +47,8 @@ public:
     IndexPath toTarget(const Target &target) const;
     /// The way to an entry: key and row address. Or to the place where it belongs.
     IndexPath toEntry(storage::Bytes entry) const;
+    /// The same place without the way, found on the pages as they are stored; nothing if they cannot be searched so.
+    std::optional<IndexPlace> placeOf(storage::Bytes entry) const;
     /// The ends of the tree; StorageError::Damaged if a page beyond is linked.
     IndexPath toStart() const;
     IndexPath toEnd() const;

@@ -106,7 +106,8 @@ storage::RowId JetTable::insert(std::span<const storage::Assignment> values)
         }
         const RowPointer where = TableWriter(file, m_database.codec(), known.def).insert(fields);
         const Relations relations(m_database, known.def);
-        relations.inserted(relations.valuesOf(findRow(file, known.def, where)->view));
+        if (relations.hasParents())
+            relations.inserted(relations.valuesOf(findRow(file, known.def, where)->view));
         return where.number();
     });
 }

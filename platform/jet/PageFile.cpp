@@ -126,6 +126,7 @@ void PageFile::look(QByteArray area)
     m_commitArea = std::move(area);
     m_pageCount = pages;
     m_cache->clear();
+    m_sound.clear();
     ++m_generation;
 }
 
@@ -161,7 +162,16 @@ Page &PageFile::modify(PageNo number)
     auto found = pages.find(number);
     if (found == pages.end())
         found = pages.emplace(number, std::make_shared<Page>(*read(number))).first;
+    if (number < m_sound.size())
+        m_sound[number] = false;
     return *found->second;
+}
+
+void PageFile::noteSound(PageNo number)
+{
+    if (number >= m_sound.size())
+        m_sound.resize(std::max<std::size_t>(m_pageCount, number + 1U));
+    m_sound[number] = true;
 }
 
 PageNo PageFile::append()

@@ -67,6 +67,8 @@ public:
     Page &modify(PageNo number) override;
     PageNo allocate() override;
     void release(PageNo number) override;
+    bool isSound(PageNo number) const override { return number < m_sound.size() && m_sound[number]; }
+    void noteSound(PageNo number) override;
     /// Adds a zeroed page at the end of the file; the map of free pages is the caller's matter.
     PageNo append();
 
@@ -109,6 +111,7 @@ private:
     std::uint64_t m_generation = 0;
     QByteArray m_commitArea{}; // as last seen
     std::optional<PageCache> m_cache{};
+    std::vector<bool> m_sound{}; // by page number
     std::vector<Level> m_levels{}; // nested scopes, the innermost last
 };
 

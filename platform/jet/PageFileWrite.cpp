@@ -71,6 +71,7 @@ void PageFile::rollback()
 {
     m_pageCount = m_levels.back().pageCount;
     m_levels.pop_back();
+    m_sound.clear();
     ++m_generation;
     if (m_levels.empty())
         m_lockFile->endWriting();

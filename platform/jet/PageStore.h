@@ -34,6 +34,11 @@ public:
     virtual PageNo allocate() = 0;
     /// Gives a page back to the file's free pages.
     virtual void release(PageNo number) = 0;
+
+    /// Whether the page's content is the one for which noteSound() was called; whoever has checked it all needs not do
+    /// so again. Any change ends that, whoever makes it.
+    virtual bool isSound(PageNo number) const = 0;
+    virtual void noteSound(PageNo number) = 0;
 };
 
 } // namespace jet

@@ -92,6 +92,12 @@ Relations::Key Relations::keyOf(const LogicalIndexDef &index, const Values &row)
     return key;
 }
 
+bool Relations::hasParents() const
+{
+    return std::ranges::any_of(m_def.logicalIndexes,
+                               [](const LogicalIndexDef &index) { return index.side == Side::Referencing; });
+}
+
 void Relations::inserted(const Values &row) const
 {
     for (const LogicalIndexDef &index : m_def.logicalIndexes) {

@@ -23,6 +23,8 @@ public:
     using Values = std::vector<std::pair<std::uint16_t, storage::Value>>; // by column number
     Values valuesOf(const RowView &row) const;
 
+    /// Whether a new row may need one of another table.
+    bool hasParents() const;
     void inserted(const Values &row) const;
     void updated(const Values &before, const Values &after) const;
     void removed(const Values &row) const;

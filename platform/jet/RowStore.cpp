@@ -57,8 +57,11 @@ bool RowStore::tryPage(PageNo page, Bytes row, SlotKind kind, RowPointer &placed
         noteRoom(page);
         return false;
     }
-    placed = {page, DataPageWriter(m_store, page).append(row, kind)};
-    noteRoom(page);
+    DataPageWriter writer(m_store, page);
+    placed = {page, writer.append(row, kind)};
+    // It comes from the map of pages with room, and may stay there.
+    if (writer.slotCount() >= maxSlots || writer.freeBytes() < worthwhileRoom)
+        noteRoom(page);
     return true;
 }
 

@@ -7,13 +7,10 @@ using namespace Qt::StringLiterals;
 
 namespace storage {
 
-void requireBytes(std::size_t available, std::size_t offset, std::size_t size)
+void refuseBytes(std::size_t available, std::size_t offset, std::size_t size)
 {
-    if (offset > available || size > available - offset) {
-        throw StorageError(
-            StorageError::Damaged,
-            u"%1 Bytes ab Stelle %2 liegen außerhalb von %3 Bytes"_s.arg(size).arg(offset).arg(available));
-    }
+    throw StorageError(StorageError::Damaged,
+                       u"%1 Bytes ab Stelle %2 liegen außerhalb von %3 Bytes"_s.arg(size).arg(offset).arg(available));
 }
 
 } // namespace storage

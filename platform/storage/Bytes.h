@@ -10,9 +10,15 @@ namespace storage {
 using Bytes = std::span<const std::byte>;
 using MutableBytes = std::span<std::byte>;
 
+[[noreturn]] void refuseBytes(std::size_t available, std::size_t offset, std::size_t size);
+
 /// Throws StorageError::Damaged unless `size` bytes lie at `offset` within `available` bytes. Drivers catch nothing:
 /// they name page or record in an outer check where they can.
-void requireBytes(std::size_t available, std::size_t offset, std::size_t size);
+inline void requireBytes(std::size_t available, std::size_t offset, std::size_t size)
+{
+    if (offset > available || size > available - offset) [[unlikely]]
+        refuseBytes(available, offset, size);
+}
 
 /// Little-endian number at an offset, bounds checked.
 template <std::unsigned_integral T> T readLE(Bytes bytes, std::size_t offset)
