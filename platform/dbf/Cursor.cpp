@@ -38,6 +38,14 @@ storage::Value Cursor::value(int column) const
     return m_table.valueOf(m_table.layout().fields.at(std::size_t(column)), record(), m_id);
 }
 
+bool Cursor::readText(int column, QString &into) const
+{
+    const Layout &layout = m_table.layout();
+    const Field &field = layout.fields.at(std::size_t(column));
+    return decodeText(field, record().subspan(std::size_t(field.offset), std::size_t(field.width)), *layout.codepage,
+                      into);
+}
+
 storage::Bytes Cursor::record() const
 {
     const auto length = std::size_t(m_table.layout().recordLength);

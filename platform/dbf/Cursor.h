@@ -14,6 +14,7 @@ public:
     bool next() override;
     storage::RowId rowId() const override { return m_id; }
     storage::Value value(int column) const override;
+    bool readText(int column, QString &into) const override;
 
 private:
     storage::Bytes record() const;

@@ -25,8 +25,12 @@ std::string_view textOf(storage::Bytes bytes)
 /// Without blanks at the end. NULs count as blanks: some programs never fill a field that was left empty.
 std::string_view trimmedEnd(std::string_view text)
 {
-    const auto last = text.find_last_not_of(std::string_view(" \0", 2));
-    return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+    constexpr std::string_view blanks = "        "; // most of a wide field
+    while (text.ends_with(blanks))
+        text.remove_suffix(blanks.size());
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\0'))
+        text.remove_suffix(1);
+    return text;
 }
 
 std::string_view trimmed(std::string_view text)
@@ -210,8 +214,8 @@ std::optional<Value> decode(const Field &field, storage::Bytes bytes, const stor
     const std::string_view text = textOf(bytes);
     switch (field.type) {
     case 'C': {
-        const std::size_t length = trimmedEnd(text).size();
-        return length == 0 ? Value() : Value(codepage.decode(bytes.first(length)));
+        QString content;
+        return decodeText(field, bytes, codepage, content) ? Value(std::move(content)) : Value();
     }
     case 'D':
         return decodeDate(trimmed(text));
@@ -220,6 +224,14 @@ std::optional<Value> decode(const Field &field, storage::Bytes bytes, const stor
     default:
         return decodeNumber(trimmed(text));
     }
+}
+
+bool decodeText(const Field &field, storage::Bytes bytes, const storage::Codepage &codepage, QString &into)
+{
+    const std::size_t length = field.type == 'C' ? trimmedEnd(textOf(bytes)).size() : 0;
+    if (length > 0)
+        codepage.decode(bytes.first(length), into);
+    return length > 0;
 }
 
 QByteArray encode(const Field &field, const Value &value, const storage::Codepage &codepage)

@@ -24,6 +24,9 @@ storage::Column columnOf(const Field &field);
 /// The value of a field other than M. `bytes` are the field's own. Nothing if they are none of the type's forms.
 std::optional<storage::Value> decode(const Field &field, storage::Bytes bytes, const storage::Codepage &codepage);
 
+/// The text of a C field, into room that is there already; false for a blank one and for other fields.
+bool decodeText(const Field &field, storage::Bytes bytes, const storage::Codepage &codepage, QString &into);
+
 /// Exactly `field.width` bytes for a field other than M. Throws StorageError: WrongType, TooLong, OutOfRange,
 /// NotEncodable; the text names the field.
 QByteArray encode(const Field &field, const storage::Value &value, const storage::Codepage &codepage);

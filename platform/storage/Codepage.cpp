@@ -41,12 +41,27 @@ constexpr Codepage dos850(u"DOS-Zeichensatz 850",
 
 QString Codepage::decode(Bytes bytes) const
 {
-    QString text(static_cast<qsizetype>(bytes.size()), Qt::Uninitialized);
-    std::ranges::transform(bytes, text.begin(), [this](std::byte byte) {
-        const auto number = std::to_integer<std::uint8_t>(byte);
-        return QChar(number < 0x80 ? char16_t(number) : m_upper[number - 0x80U]);
-    });
+    QString text = u""_s;
+    decode(bytes, text);
     return text;
+}
+
+void Codepage::decode(Bytes bytes, QString &into) const
+{
+    into.resize(static_cast<qsizetype>(bytes.size()));
+    auto *text = reinterpret_cast<char16_t *>(into.data());
+    std::uint8_t all = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) { // without a branch, so that many are done at once
+        const auto byte = std::to_integer<std::uint8_t>(bytes[i]);
+        text[i] = byte;
+        all |= byte;
+    }
+    if (all < 0x80)
+        return;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (text[i] >= 0x80)
+            text[i] = m_upper[text[i] - 0x80U];
+    }
 }
 
 QByteArray Codepage::encode(QStringView text) const

@@ -30,6 +30,8 @@ public:
 
     /// Every byte has a character.
     QString decode(Bytes bytes) const;
+    /// The same into a text whose room is used again.
+    void decode(Bytes bytes, QString &into) const;
     /// Throws StorageError::NotEncodable, naming the first character that the code page lacks.
     QByteArray encode(QStringView text) const;
 

@@ -32,7 +32,21 @@ std::optional<LikePattern> LikePattern::compile(QStringView pattern, bool caseSe
         else
             items.push_back({Item::Character, compiled.folded(c)});
     }
+    compiled.makeTables();
     return compiled;
+}
+
+/// Not for ranges, which would ask for the order of texts too often.
+void LikePattern::makeTables()
+{
+    for (Item &item : m_items) {
+        if (item.kind == Item::Anything || (item.kind == Item::List && !m_lists[item.list].ranges.empty()))
+            continue;
+        auto &table = m_tables.emplace_back();
+        for (std::size_t c = 0; c < tableSize; ++c)
+            table[c] = isAccepted(item, static_cast<char16_t>(c));
+        item.table = m_tables.size() - 1;
+    }
 }
 
 char16_t LikePattern::folded(char16_t c) const
@@ -89,7 +103,7 @@ bool LikePattern::accepts(const List &list, char16_t c) const
     return list.negated;
 }
 
-bool LikePattern::accepts(const Item &item, char16_t c) const
+bool LikePattern::isAccepted(const Item &item, char16_t c) const
 {
     switch (item.kind) {
     case Item::Character:
@@ -103,6 +117,14 @@ bool LikePattern::accepts(const Item &item, char16_t c) const
     }
 }
 
+/// The first place from `from` on whose character the item accepts; the text's end if there is none.
+qsizetype LikePattern::findAccepted(const Item &item, QStringView text, qsizetype from) const
+{
+    while (from < text.size() && !accepts(item, text[from].unicode()))
+        ++from;
+    return from;
+}
+
 bool LikePattern::matches(QStringView text) const
 {
     constexpr auto none = static_cast<std::size_t>(-1);
@@ -113,15 +135,15 @@ bool LikePattern::matches(QStringView text) const
     while (at < text.size()) {
         if (item < m_items.size() && m_items[item].kind == Item::Anything) {
             resumeItem = ++item;
-            resumeAt = at;
             if (item == m_items.size())
                 return true;
+            resumeAt = at = findAccepted(m_items[item], text, at);
         } else if (item < m_items.size() && accepts(m_items[item], text[at].unicode())) {
             ++item;
             ++at;
         } else if (resumeItem != none) {
             item = resumeItem;
-            at = ++resumeAt;
+            resumeAt = at = findAccepted(m_items[item], text, resumeAt + 1);
         } else {
             return false;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -30,7 +31,9 @@ private:
         Kind kind;
         char16_t character = 0;
         std::size_t list = 0; // position in m_lists
+        std::size_t table = noTable; // position in m_tables
     };
+    static constexpr std::size_t noTable = static_cast<std::size_t>(-1);
     struct List {
         bool negated = false;
         std::u16string characters{};
@@ -41,13 +44,21 @@ private:
 
     char16_t folded(char16_t c) const;
     std::optional<qsizetype> compileList(QStringView pattern, qsizetype start);
-    bool accepts(const Item &item, char16_t c) const;
+    void makeTables();
+    bool accepts(const Item &item, char16_t c) const
+    {
+        return item.table != noTable && c < tableSize ? m_tables[item.table][c] : isAccepted(item, c);
+    }
+    bool isAccepted(const Item &item, char16_t c) const;
+    qsizetype findAccepted(const Item &item, QStringView text, qsizetype from) const;
     bool accepts(const List &list, char16_t c) const;
 
     bool m_caseSensitive;
     TextOrder m_order;
     std::vector<Item> m_items;
     std::vector<List> m_lists;
+    static constexpr std::size_t tableSize = 256;
+    std::vector<std::array<bool, tableSize>> m_tables; // which of the first characters an item accepts
 };
 
 } // namespace storage

@@ -1,4 +1,4 @@
-// What the drivers share: looking a column up by its name.
+// What the drivers share.
 #include "platform/storage/Storage.h"
 
 namespace storage {
@@ -10,6 +10,11 @@ std::optional<int> TableSchema::find(const QString &column) const
             return static_cast<int>(i);
     }
     return std::nullopt;
+}
+
+bool Cursor::readText(int, QString &) const
+{
+    return false;
 }
 
 } // namespace storage

@@ -117,6 +117,9 @@ public:
     virtual RowId rowId() const = 0;
     /// The value of one column of the current row, decoded when asked for.
     virtual Value value(int column) const = 0;
+    /// Puts the value of a column into `into`, whose room is used again, if it is a text that the cursor has at hand.
+    /// False: see value().
+    virtual bool readText(int column, QString &into) const;
 };
 
 /// A table of an open database. Owned by it.

@@ -34,6 +34,7 @@ TEST(Like, MatchesAsTheTableSays)
         {u"a*b"_s, {u"a[*]b"_s}, {}, {}},   {u"axb"_s, {}, {}, {u"a[*]b"_s}},
         {u"a?b#c["_s, {u"a[?]b[#]c[[]"_s}, {}, {}},  {u"zwei\nZeilen"_s, {u"zwei*Zeilen"_s}, {}, {}},
         {u"100 %"_s, {u"100 %"_s, u"100 ?"_s}, {}, {}},  {u"100 x"_s, {}, {}, {u"100 %"_s, u"100 _"_s}},
+        {u"5 € für Łódź"_s, {u"*€ f*"_s, u"*[€x] f*[!a-z]?dź"_s, u"5 ? *Łódź"_s}, {u"*łÓ*"_s}, {u"*$*"_s, u"*[!€] f*"_s}},
         {u"aaaaaaaaab"_s, {u"*a*a*a*a*b"_s}, {}, {}},    {u"aaaaaaaaaa"_s, {}, {}, {u"*a*a*a*a*b"_s}},
     };
     // clang-format on
@@ -57,5 +58,9 @@ TEST(Like, WorksInQueriesOnValuesOfEveryType)
                                      u"a Like 'M[u-v]ller'"_s}) // Null is like nothing; a range of the text order
         EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE "_s + condition), u"4711"_s) << condition.toStdString();
     EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE a Not Like 'x*' OR a IS NULL"_s), u"4711;12"_s);
+    for (const QString &condition :
+         {u"LTrim(a) Like 'm*'"_s, u"Mid(a, 9) Like ''"_s, u"Trim('  ') Like ''"_s}) // texts that no column holds
+        EXPECT_EQ(t.rows(u"SELECT n FROM t WHERE a IS NOT NULL AND "_s + condition), u"4711"_s)
+            << condition.toStdString();
     EXPECT_EQ(t.openError(u"SELECT n FROM t WHERE a Like '*[M*'"_s), 93);
 }

@@ -31,6 +31,9 @@ TEST(Field, IsReadInAllItsForms)
     const Row rows[] = {
         {'C', "Abc  "_ba, Value(u"Abc"_s)},     {'C', "  x  "_ba, Value(u"  x"_s)},
         {'C', "     "_ba, null},                {'C', "\0\0\0"_ba, null},
+        {'C', "x y" + QByteArray(21, ' '), Value(u"x y"_s)},
+        {'C', "\xE4\0 "_ba + QByteArray(16, ' ') + "\0 \0"_ba + QByteArray(9, ' '), Value(u"ä"_s)},
+        {'C', QByteArray(254, ' '), null},
         {'N', "  -1.5"_ba, Value(-1.5)},        {'N', "7     "_ba, Value(7.0)},
         {'F', "+2.5E+03"_ba, Value(2500.0)},    {'N', ".5"_ba, Value(0.5)},
         {'N', "      "_ba, null},               {'N', "******"_ba, null},

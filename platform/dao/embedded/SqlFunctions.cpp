@@ -34,12 +34,6 @@ template <typename Body> void answer(sqlite3_context *context, Body body) noexce
         sqlite3_result_error_code(context, SQLITE_ERROR);
 }
 
-QStringView viewOf(sqlite3_value *value)
-{
-    const auto *text = static_cast<const QChar *>(sqlite3_value_text16(value));
-    return QStringView(text, sqlite3_value_bytes16(value) / 2);
-}
-
 int compareTexts(void *connection, int leftBytes, const void *left, int rightBytes, const void *right) noexcept
 {
     auto &owner = *static_cast<Connection *>(connection);

@@ -13,4 +13,9 @@ storage::Value valueOf(sqlite3_value *value);
 /// numbers (ExactNumber.h).
 void giveResult(sqlite3_context *context, const storage::Value &value);
 
+void giveText(sqlite3_context *context, const QString &text);
+
+/// A text argument, other values as text; valid until the value is asked for anything else.
+QStringView viewOf(sqlite3_value *value);
+
 } // namespace dao

@@ -34,6 +34,7 @@ struct Walk : sqlite3_vtab_cursor {
 
     std::unique_ptr<storage::Cursor> cursor{}; // null: at the end
     bool single = false; // one row found by its address
+    QString text{}; // the last that was read
 
     void advance()
     {
@@ -168,7 +169,13 @@ int readColumn(sqlite3_vtab_cursor *cursor, sqlite3_context *context, int column
 {
     if (sqlite3_vtab_nochange(context) != 0) // an UPDATE that leaves the column alone
         return SQLITE_OK;
-    return guarded(tableOf(cursor).connection, [&] { giveResult(context, walkOf(cursor).cursor->value(column)); });
+    return guarded(tableOf(cursor).connection, [&] {
+        Walk &walk = walkOf(cursor);
+        if (walk.cursor->readText(column, walk.text))
+            giveText(context, walk.text);
+        else
+            giveResult(context, walk.cursor->value(column));
+    });
 }
 
 int readAddress(sqlite3_vtab_cursor *cursor, sqlite3_int64 *address) noexcept
