@@ -106,18 +106,37 @@ storage::Value JetCursor::value(int column) const
     const JetDatabase &database = m_table.database();
     PageFile &file = database.file();
     const auto position = static_cast<std::size_t>(column);
-    return withPlace(
-        [this] { return u"%1, Seite %2, Zeile %3"_s.arg(m_table.place()).arg(m_row->body.page).arg(m_row->body.row); },
-        [&] {
-            return unhurried(file, [&] {
-                if (position >= m_known->map.columns.size())
-                    refuseRebuilt();
-                // What a row only points to may be something else by now; the rest stands on the page it holds.
-                if (m_known->map.columns[position].isLong() && m_rowGeneration != file.generation())
-                    findAgain();
-                return readField(file, database.codec(), m_row->view, m_known->map.columns[position]);
-            });
-        });
+    return withPlace([this] { return rowPlace(); },
+                     [&] {
+                         return unhurried(file, [&] {
+                             if (position >= m_known->map.columns.size())
+                                 refuseRebuilt();
+                             // What a row only points to may be something else by now; the rest stands on the page it
+                             // holds.
+                             if (m_known->map.columns[position].isLong() && m_rowGeneration != file.generation())
+                                 findAgain();
+                             return readField(file, database.codec(), m_row->view, m_known->map.columns[position]);
+                         });
+                     });
+}
+
+bool JetCursor::readText(int column, QString &into) const
+{
+    const auto position = static_cast<std::size_t>(column);
+    if (position >= m_known->map.columns.size() || m_known->map.columns[position].type != ColumnType::Text)
+        return false;
+    return withPlace([this] { return rowPlace(); },
+                     [&] {
+                         const auto field = m_row->view.field(m_known->map.columns[position]);
+                         if (field)
+                             m_table.database().codec().decode(*field, into);
+                         return field.has_value();
+                     });
+}
+
+QString JetCursor::rowPlace() const
+{
+    return u"%1, Seite %2, Zeile %3"_s.arg(m_table.place()).arg(m_row->body.page).arg(m_row->body.row);
 }
 
 ScanCursor::ScanCursor(const JetTable &table)

@@ -21,6 +21,7 @@ public:
     bool next() final;
     storage::RowId rowId() const override;
     storage::Value value(int column) const override;
+    bool readText(int column, QString &into) const override;
 
 protected:
     explicit JetCursor(const JetTable &table);
@@ -36,6 +37,7 @@ protected:
     [[noreturn]] void refuseRebuilt() const;
 
 private:
+    QString rowPlace() const;
     void catchUp() const;
     void findAgain() const;
 

@@ -29,20 +29,23 @@ bool isCompressed(Bytes bytes)
         && std::memcmp(bytes.data(), compressedMark, sizeof compressedMark) == 0;
 }
 
-QString decodeUtf16(Bytes bytes)
+void decodeUtf16(Bytes bytes, QString &text)
 {
     if (bytes.size() % 2 != 0)
         damaged(u"Ein Text endet mit einem halben Zeichen"_s);
-    QString text(static_cast<qsizetype>(bytes.size() / 2), Qt::Uninitialized);
+    text.resize(static_cast<qsizetype>(bytes.size() / 2));
     qFromLittleEndian<quint16>(bytes.data(), text.size(), text.data());
-    return text;
 }
 
-QString expand(Bytes bytes)
+void expand(Bytes bytes, QString &text)
 {
-    if (std::ranges::find(bytes, std::byte{0}) == bytes.end()) // the usual case: compressed to the end
-        return QString::fromLatin1(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
-    QString text;
+    if (std::memchr(bytes.data(), 0, bytes.size()) == nullptr) { // the usual case: compressed to the end
+        text.resize(static_cast<qsizetype>(bytes.size()));
+        std::ranges::transform(bytes, text.begin(),
+                               [](std::byte byte) { return QChar(std::to_integer<char16_t>(byte)); });
+        return;
+    }
+    text.resize(0);
     text.reserve(static_cast<qsizetype>(bytes.size()));
     bool compressed = true;
     for (std::size_t at = 0; at < bytes.size(); ++at) {
@@ -55,7 +58,6 @@ QString expand(Bytes bytes)
             ++at;
         }
     }
-    return text;
 }
 
 } // namespace
@@ -82,18 +84,33 @@ TextCodec TextCodec::jet4()
 
 QString TextCodec::decode(Bytes bytes) const
 {
+    QString text = u""_s;
+    decode(bytes, text);
+    return text;
+}
+
+void TextCodec::decode(Bytes bytes, QString &into) const
+{
     if (bytes.empty())
-        return u""_s;
-    if (!isJet4())
-        return m_codepage->decode(bytes);
-    return isCompressed(bytes) ? expand(bytes.subspan(sizeof compressedMark)) : decodeUtf16(bytes);
+        into.resize(0);
+    else if (!isJet4())
+        m_codepage->decode(bytes, into);
+    else if (isCompressed(bytes))
+        expand(bytes.subspan(sizeof compressedMark), into);
+    else
+        decodeUtf16(bytes, into);
 }
 
 QString TextCodec::decodeName(Bytes bytes) const
 {
+    QString name;
     if (bytes.empty())
-        return {};
-    return isJet4() ? decodeUtf16(bytes) : m_codepage->decode(bytes);
+        return name;
+    if (isJet4())
+        decodeUtf16(bytes, name);
+    else
+        m_codepage->decode(bytes, name);
+    return name;
 }
 
 QByteArray TextCodec::encode(QStringView text) const

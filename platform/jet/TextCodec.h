@@ -26,6 +26,8 @@ public:
 
     /// A column's text. Throws StorageError::Damaged for half a character.
     QString decode(storage::Bytes bytes) const;
+    /// The same into a text whose room is used again.
+    void decode(storage::Bytes bytes, QString &into) const;
     /// Throws StorageError::NotEncodable for characters outside the code page.
     QByteArray encode(QStringView text) const;
     /// The compressed form where Jet 4 would choose it, else the plain one.

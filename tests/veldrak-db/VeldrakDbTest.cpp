@@ -168,5 +168,9 @@ TEST(VeldrakDbJson, HasItsFormForEachType)
     EXPECT_EQ(json::value(1.0 / 3, Type::Double), u"0.3333333333333333"_s);
     EXPECT_EQ(json::value(storage::Decimal{u"12.50"_s}, Type::Numeric), u"\"12.50\""_s);
     EXPECT_EQ(json::value(QByteArray("\x01\xFE"), Type::Binary), u"{\"$hex\": \"01fe\"}"_s);
+    EXPECT_EQ(json::value(storage::Currency{12'345'678}, Type::Currency), u"\"1234.5678\""_s);
+    EXPECT_EQ(json::value(std::numeric_limits<std::int64_t>::min(), Type::Long), u"-9223372036854775808"_s);
+    EXPECT_EQ(json::value(storage::DateTime{-657434 + 1.5 / 86'400}, Type::DateTime), u"\"0100-01-02T23:59:58.500\""_s);
+    EXPECT_EQ(json::value(u"\t\r\u007F€\U0001F600"_s, Type::Text), u"\"\\t\\r\\u007f€\\ud83d\\ude00\""_s);
     EXPECT_EQ(json::value(u"a\\\"\n\u0001ß"_s, Type::Text), u"\"a\\\\\\\"\\n\\u0001ß\""_s);
 }

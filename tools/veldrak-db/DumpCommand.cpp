@@ -11,20 +11,25 @@ ExitCode dump(const Arguments &arguments, Output &output)
     const auto database = source.open();
     storage::Table &table = source.table(*database, arguments.operands.value(1));
     const std::vector<storage::Column> &columns = table.schema().columns;
-    QStringList labels; // the same in every row
+    QByteArrayList labels; // the same in every row
     for (const storage::Column &column : columns)
-        labels += (labels.isEmpty() ? u"{"_s : u", "_s) + json::text(column.name) + u": "_s;
+        labels += (labels.isEmpty() ? "{" : ", ") + json::text(column.name).toUtf8() + ": ";
 
     std::int64_t rows = 0;
     const auto cursor = table.scan();
-    QString row;
+    QByteArray row;
+    QString text;
     while (cursor->next()) {
         row.resize(0); // keeps its room
         for (int i = 0; i < labels.size(); ++i) {
             row += labels[i];
-            row += json::value(cursor->value(i), columns[static_cast<std::size_t>(i)].type);
+            if (cursor->readText(i, text))
+                json::append(row, text);
+            else
+                json::append(row, cursor->value(i), columns[static_cast<std::size_t>(i)].type);
         }
-        output.line(row + u'}');
+        row += "}\n";
+        output.data(row);
         if (++rows % 1000 == 0)
             output.progress(u"%1 Zeilen"_s.arg(rows));
     }

@@ -23,8 +23,13 @@ Output::~Output()
 
 void Output::line(const QString &text)
 {
+    data(text.toUtf8() + '\n');
+}
+
+void Output::data(const QByteArray &bytes)
+{
     clearProgress();
-    if (m_data.write(text.toUtf8() + '\n') < 0)
+    if (m_data.write(bytes) < 0)
         throw StorageError(StorageError::InputOutput,
                            u"Die Ausgabe lässt sich nicht schreiben: %1"_s.arg(m_data.errorString()));
 }

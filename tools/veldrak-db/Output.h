@@ -15,6 +15,8 @@ public:
 
     /// A line of data. Throws StorageError::InputOutput if it cannot be written.
     void line(const QString &text);
+    /// The same for UTF-8 with the line's end.
+    void data(const QByteArray &bytes);
     /// Writes what is still held back; call it when all is done.
     void finish();
 

@@ -14,9 +14,9 @@ namespace {
 
 constexpr double msPerDay = 86'400'000.0;
 
-QDate dayZero()
+constexpr QDate dayZero()
 {
-    return QDate(1899, 12, 30);
+    return QDate::fromJulianDay(2415019); // 1899-12-30
 }
 
 int fullYear(const QString &digits)
