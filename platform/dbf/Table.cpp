@@ -100,7 +100,6 @@ std::unique_ptr<storage::Cursor> Table::range(const storage::KeyRange &)
 
 std::unique_ptr<storage::Cursor> Table::row(RowId id)
 {
-    m_state.journal.settle();
     if (id < 1 || id > recordCount())
         return nullptr;
     auto cursor = std::make_unique<Cursor>(*this, id, id);

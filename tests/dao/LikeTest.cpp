@@ -34,7 +34,8 @@ TEST(Like, MatchesAsTheTableSays)
         {u"a*b"_s, {u"a[*]b"_s}, {}, {}},   {u"axb"_s, {}, {}, {u"a[*]b"_s}},
         {u"a?b#c["_s, {u"a[?]b[#]c[[]"_s}, {}, {}},  {u"zwei\nZeilen"_s, {u"zwei*Zeilen"_s}, {}, {}},
         {u"100 %"_s, {u"100 %"_s, u"100 ?"_s}, {}, {}},  {u"100 x"_s, {}, {}, {u"100 %"_s, u"100 _"_s}},
-        {u"5 € für Łódź"_s, {u"*€ f*"_s, u"*[€x] f*[!a-z]?dź"_s, u"5 ? *Łódź"_s}, {u"*łÓ*"_s}, {u"*$*"_s, u"*[!€] f*"_s}},
+        {u"5 € für Łódź"_s, {u"*€ f*"_s, u"*[€x] f*[!a-z]?dź"_s, u"5 ? *Łódź"_s}, {u"*łÓ*"_s},
+                            {u"*$*"_s, u"*[!€] f*"_s}},
         {u"aaaaaaaaab"_s, {u"*a*a*a*a*b"_s}, {}, {}},    {u"aaaaaaaaaa"_s, {}, {}, {u"*a*a*a*a*b"_s}},
     };
     // clang-format on
