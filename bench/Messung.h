@@ -16,6 +16,12 @@ Zaehler aufrufe();
 /// The most memory that this process ever had, in KiB.
 long gipfelSpeicherKiB();
 
+/// Processor seconds of this process so far: what others do on the machine does not count.
+double rechenzeit();
+
+/// The processor seconds for reading a file from its beginning to its end, at best.
+double rechenzeitFuerBlossesLesen(const QString &pfad);
+
 /// A course of the program in which nothing may be asked: a box is an error of the measurement.
 class Ungestoert : public Programmlauf
 {

@@ -1,6 +1,4 @@
 // Jet files by themselves: a full scan beside another reader of the same file, and inserts with many indexes.
-#include <chrono>
-
 #include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
@@ -8,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/Messung.h"
+#include "platform/dao/embedded/EmbeddedEngine.h"
 #include "platform/jet/JetDatabase.h"
 
 using namespace Qt::StringLiterals;
@@ -85,6 +84,8 @@ static void tabelleLesen(benchmark::State &state)
 {
     const QString &pfad = grosseDatei();
     const long speicherVorher = gipfelSpeicherKiB();
+    const double plain = rechenzeitFuerBlossesLesen(pfad);
+    const double beginn = rechenzeit();
     for (auto _ : state) {
         const auto datenbank = jet::JetDriver().open({pfad, {}, true});
         const auto cursor = datenbank->table(u"Breit"_s)->scan();
@@ -98,9 +99,28 @@ static void tabelleLesen(benchmark::State &state)
     }
     state.counters["rows/s"]
         = benchmark::Counter(zeilen * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["plain_reads"] = (rechenzeit() - beginn) / static_cast<double>(state.iterations()) / plain;
     state.counters["MiB_more_memory"] = static_cast<double>(gipfelSpeicherKiB() - speicherVorher) / 1024;
 }
 BENCHMARK(tabelleLesen)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Row after row of the same table through a recordset, every field of it.
+static void satzLesen(benchmark::State &state)
+{
+    const auto datenbank = dao::makeEmbeddedEngine()->OpenDatabase(grosseDatei(), 0, true, {});
+    const auto saetze = datenbank->OpenRecordset(u"Breit"_s);
+    const Zaehler vorher = aufrufe();
+    for (auto _ : state) {
+        for (int feld = 0; feld < spalten; ++feld)
+            benchmark::DoNotOptimize(saetze->Fields(feld).Value());
+        saetze->MoveNext();
+        if (saetze->Eof())
+            saetze->MoveFirst();
+    }
+    state.counters["read_calls"]
+        = static_cast<double>(aufrufe().lesen - vorher.lesen) / static_cast<double>(state.iterations());
+}
+BENCHMARK(satzLesen)->Unit(benchmark::kMicrosecond);
 
 // The same table as text through a program: ours, and mdb-export where it is installed.
 static void tabelleAlsText(benchmark::State &state, const QString &programm, const QStringList &vorher)
