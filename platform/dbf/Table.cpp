@@ -55,6 +55,40 @@ Table::Table(const QString &path, WriteState &state)
     recordCount();
 }
 
+/// Whether a record begins behind the last one: there is room for it, and a deletion mark.
+bool Table::goesOnBehind(RowId last) const
+{
+    const qint64 position = m_layout.positionOf(last + 1);
+    if (position >= m_file.size())
+        return false;
+    const char mark = m_file.read(position, 1).front();
+    return mark == ' ' || mark == '*';
+}
+
+/// A program that ended between adding records and counting them leaves a head that counts too few.
+qint64 Table::heldRecords(qint64 counted) const
+{
+    const qint64 whole = (m_file.size() - m_layout.headerLength) / m_layout.recordLength;
+    return whole > counted && goesOnBehind(counted) ? whole : counted;
+}
+
+QStringList Table::headFaults()
+{
+    const qint64 counted = readFacts(m_file).recordCount;
+    const qint64 held = recordCount();
+    QStringList faults;
+    if (held != counted) {
+        faults += u"%1: Der Kopf nennt %2 Sätze, die Datei enthält %3"_s.arg(m_file.path()).arg(counted).arg(held);
+    }
+    if (goesOnBehind(held)) {
+        faults += u"%1: Hinter Satz %2 steht der Anfang eines weiteren, %3 von %4 Bytes"_s.arg(m_file.path())
+                      .arg(held)
+                      .arg(m_file.size() - m_layout.positionOf(held + 1))
+                      .arg(m_layout.recordLength);
+    }
+    return faults;
+}
+
 /// The number of records that the file really holds, as of now.
 qint64 Table::recordCount()
 {
@@ -66,7 +100,7 @@ qint64 Table::recordCount()
                                u"%1 wurde inzwischen von einem anderen Programm umgebaut"_s.arg(m_file.path()));
         }
         const bool complete = m_layout.positionOf(facts.recordCount + 1) <= m_file.size();
-        return complete ? std::optional(facts.recordCount) : std::nullopt;
+        return complete ? std::optional(heldRecords(facts.recordCount)) : std::nullopt;
     };
     if (const auto count = countIfComplete())
         return *count;

@@ -39,12 +39,16 @@ public:
     void requireNoIndex() const;
     /// The memo file's path; nothing if the table has none.
     std::optional<QString> memoPath() const;
+    /// In what the head and the file's length do not agree, in German.
+    QStringList headFaults();
 
 private:
     struct NewField;
     struct NewContent;
 
     qint64 recordCount();
+    qint64 heldRecords(qint64 counted) const;
+    bool goesOnBehind(storage::RowId last) const;
     void requireWritable();
     MemoFile &memo();
     NewField encoded(const storage::Assignment &assignment) const;

@@ -1,6 +1,7 @@
 #include <random>
 
 #include "RawTable.h"
+#include "platform/dbf/Table.h"
 
 using namespace Qt::StringLiterals;
 using storage::StorageError;
@@ -76,6 +77,48 @@ TEST(Damage, NoCutFileLosesRowsSilently)
         folder.put(file, whole.first(needed));
         EXPECT_EQ(kindOf([&] { readAll(folder); }), std::nullopt) << "only the mark of the end is missing";
         folder.put(file, whole);
+    }
+}
+
+/// The writer ended between adding records and counting them.
+TEST(Damage, NoHeadThatCountsTooFewHidesOrLosesRecords)
+{
+    constexpr int length = 11;
+    constexpr int head = 32 + 32 + 1;
+    std::vector<QByteArrayList> records;
+    for (int i = 1; i <= 60; ++i)
+        records.push_back({i == 59 ? "*" : " ", QByteArray::number(i)});
+    const QByteArray whole = rawTable({{"NAME", 'C', length - 1}}, records);
+    // clang-format off
+    struct Row { const char *name; qsizetype size; QByteArray behind; int rows; QStringList faults; };
+    const Row rows[] = {
+        {"with the end's mark",     head + 60 * length, "\x1A",      59, {u"57 Sätze, die Datei enthält 60"_s}},
+        {"without",                 head + 60 * length, {},          59, {u"57 Sätze, die Datei enthält 60"_s}},
+        {"the last one cut off",    head + 60 * length, " neu",      59, {u"enthält 60"_s, u"Hinter Satz 60 steht der Anfang eines weiteren, 4 von 11"_s}},
+        {"only the first, cut off", head + 57 * length, "*weg",      57, {u"Hinter Satz 57 steht der Anfang eines weiteren, 4 von 11"_s}},
+        {"records of old times",    head + 57 * length, "\x1A" + QByteArray(2 * length, ' '), 57, {}},
+        {"room for more",           head + 57 * length, QByteArray(512, '\0'), 57, {}},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        const Folder folder;
+        folder.put(u"T.DBF"_s, whole.first(4) + littleEndian(57, 4) + whole.sliced(8, row.size - 8) + row.behind);
+        const auto database = folder.open();
+        auto &table = dynamic_cast<dbf::Table &>(*database->table(u"T"_s));
+        QStringList expected = rowsOf(table);
+        EXPECT_EQ(expected.size(), row.rows);
+        const QStringList faults = table.headFaults();
+        ASSERT_EQ(faults.size(), row.faults.size());
+        for (qsizetype i = 0; i < faults.size(); ++i)
+            EXPECT_TRUE(faults[i].contains(row.faults[i])) << qPrintable(faults[i]);
+
+        table.insert({{{0, u"neu"_s}}});
+        EXPECT_EQ(rowsOf(table), expected << u"neu"_s);
+        EXPECT_EQ(table.headFaults(), QStringList());
+        const qsizetype end = row.size + length;
+        EXPECT_EQ(folder.get(u"T.DBF"_s).sliced(end - length, length + 1),
+                  QByteArray(" neu").leftJustified(length) + '\x1A');
     }
 }
 

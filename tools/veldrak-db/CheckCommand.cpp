@@ -1,4 +1,5 @@
 // Checks a file from end to end.
+#include "platform/dbf/Table.h"
 #include "platform/jet/PageFile.h"
 #include "platform/jet/Verifier.h"
 #include "tools/veldrak-db/Commands.h"
@@ -16,7 +17,7 @@ jet::VerifyReport checkJet(const Source &source, Output &output)
     return jet::verify(file, [&output](const QString &what) { output.progress(what); });
 }
 
-/// A dBASE file has nothing but its rows that could be wrong.
+/// A dBASE file has nothing but its rows and their number that could be wrong.
 jet::VerifyReport checkDbf(const Source &source, Output &output)
 {
     jet::VerifyReport report;
@@ -29,6 +30,8 @@ jet::VerifyReport checkDbf(const Source &source, Output &output)
             cursor->value(i);
         output.progress(u"%1 Zeilen"_s.arg(report.rows));
     }
+    for (const QString &fault : dynamic_cast<dbf::Table &>(table).headFaults())
+        report.faults.push_back(fault);
     return report;
 }
 
