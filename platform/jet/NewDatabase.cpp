@@ -9,10 +9,9 @@
 #include "platform/jet/TableDefFile.h"
 #include "platform/jet/TableStorage.h"
 #include "platform/jet/UsageMap.h"
-#include "platform/storage/StorageError.h"
+#include "platform/storage/NewFile.h"
 
 using namespace Qt::StringLiterals;
-using storage::StorageError;
 
 namespace jet {
 
@@ -127,35 +126,15 @@ void fill(PageFile &file)
 
 } // namespace
 
-/// Made under another name: whoever looks meanwhile, or after a crash, finds no half database.
 std::unique_ptr<PageFile> createDatabase(storage::FileSystem &files, const storage::OpenRequest &request,
                                          storage::FileVersion version)
 {
-    if (files.exists(request.path))
-        throw StorageError(StorageError::AlreadyExists, u"%1 gibt es schon."_s.arg(request.path));
-    QString made = request.path + u".neu"_s;
-    const auto clear = [&] {
-        for (const QString &left : {PageFile::journalOf(made), made}) {
-            if (files.exists(left))
-                files.remove(left);
-        }
-    };
-    clear();
-    try {
-        fill(*PageFile::create(files, made, newHeader(request, version)));
-        files.rename(made, request.path);
-        made = request.path;
-        files.syncFolderOf(made);
-        return std::make_unique<PageFile>(files, request);
-    } catch (const StorageError &) {
-        const std::exception_ptr failure = std::current_exception();
-        try {
-            clear();
-        } catch (const StorageError &) {
-            // What stays behind is removed next time; the first failure is the one to tell.
-        }
-        std::rethrow_exception(failure);
-    }
+    storage::NewFile made(files, request.path, PageFile::besides());
+    fill(*PageFile::create(made.files(), made.path(), newHeader(request, version)));
+    made.finish();
+    auto file = std::make_unique<PageFile>(files, request);
+    made.keep();
+    return file;
 }
 
 } // namespace jet

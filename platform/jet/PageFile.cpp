@@ -18,6 +18,8 @@ namespace jet {
 namespace {
 
 constexpr std::size_t cacheBytes = 8U << 20;
+/// Nobody takes it for a database, whether by its name or by the short one of eight and three letters.
+const QString journalEnding = u".vjn"_s;
 
 bool isForbidden(const StorageError &error)
 {
@@ -27,10 +29,9 @@ bool isForbidden(const StorageError &error)
 
 } // namespace
 
-/// Nobody takes it for a database, whether by its name or by the short one of eight and three letters.
-QString PageFile::journalOf(const QString &path)
+QStringList PageFile::besides()
 {
-    return path + u".vjn"_s;
+    return {journalEnding};
 }
 
 PagesChanged::PagesChanged(const QString &path)
@@ -40,7 +41,7 @@ PagesChanged::PagesChanged(const QString &path)
 PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &request)
     : m_files(files)
     , m_path(request.path)
-    , m_journal(files, journalOf(request.path))
+    , m_journal(files, request.path + journalEnding)
 {
     auto [file, whyReadOnly] = storage::openAsFarAsPossible(files, m_path, !request.readOnly);
     m_file = std::move(file);

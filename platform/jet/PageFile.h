@@ -45,8 +45,8 @@ public:
     /// a file of that name.
     static std::unique_ptr<PageFile> create(storage::FileSystem &files, const QString &path, const FileHeader &header);
 
-    /// The name of the journal beside a database.
-    static QString journalOf(const QString &path);
+    /// The endings of the files beside a database that is being written.
+    static QStringList besides();
 
     QString path() const { return m_path; }
     const FileHeader &header() const { return m_header; }

@@ -1,5 +1,8 @@
 // The program ends, or the power fails, between any two operations on files: what the next one finds.
+#include <algorithm>
+
 #include "platform/jet/JetDatabase.h"
+#include "platform/storage/NewFile.h"
 #include "tests/faults/Course.h"
 
 using namespace Qt::StringLiterals;
@@ -89,6 +92,35 @@ TEST_P(Kill, LeavesANewDatabaseWholeOrAbsent)
         const bool isThere = QFile::exists(folder.path());
         EXPECT_TRUE(isThere || done < recording.size());
         (isThere ? folder.open(*engine) : engine->CreateDatabase(folder.path(), {}, GetParam()))->Close();
+        EXPECT_EQ(faultsOf(folder.path()), QString());
+        EXPECT_EQ(folder.content().size(), 1U) << qPrintable(folder.content().rbegin()->first);
+    });
+}
+
+/// As many statements as it takes to make it: only what is whole gets the name, and nothing else is waited for.
+TEST_P(Kill, LeavesANewDatabaseWithTablesWholeOrAbsent)
+{
+    FaultyFiles files;
+    const Recording &recording = files.record(folder.folder.path());
+    const auto make = [&](storage::FileSystem &system) {
+        storage::NewFile made(system, folder.path(), jet::PageFile::besides());
+        const auto database = engineOver(made.files())->CreateDatabase(made.path(), {}, GetParam());
+        for (std::size_t i = 0; i < 4; ++i)
+            database->Execute(definitions.statement(i));
+        database->Close();
+        made.finish();
+        made.keep();
+    };
+    make(files);
+    const QStringList rows = rowsOf(folder.path());
+    EXPECT_EQ(rows.size(), 2);
+    using Operation = Recording::Operation;
+    EXPECT_EQ(std::ranges::count(recording.operations(), Recording::Kind::Sync, &Operation::kind), 1);
+    EXPECT_EQ(std::ranges::count(recording.operations(), Recording::Kind::SyncFolder, &Operation::kind), 1);
+    killIn(recording, 2, [&](std::size_t) {
+        if (!QFile::exists(folder.path()))
+            make(storage::systemFiles());
+        EXPECT_EQ(rowsOf(folder.path()), rows);
         EXPECT_EQ(faultsOf(folder.path()), QString());
         EXPECT_EQ(folder.content().size(), 1U) << qPrintable(folder.content().rbegin()->first);
     });

@@ -1,4 +1,5 @@
 // The tool as its users call it.
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -101,6 +102,25 @@ TEST_P(VeldrakDb, LeavesNothingOfAScriptThatFails)
     EXPECT_EQ(run({u"tables"_s, file}).data, "T\n");
 }
 
+TEST_P(VeldrakDb, LeavesNoHalfFileWhenItIsKilled)
+{
+    QByteArray longScript = "CREATE TABLE T (A LONG);";
+    for (int i = 0; i < 20000; ++i)
+        longScript += "INSERT INTO T VALUES (1);";
+    QProcess process;
+    process.start(QStringLiteral(VELDRAK_DB), {u"create"_s, file});
+    process.write(longScript);
+    process.closeWriteChannel();
+    const auto begun = [&] { return !QDir(m_folder.path()).entryList(QDir::Files).filter(u"mdb"_s).isEmpty(); };
+    while (!begun() && !process.waitForFinished(1)) { }
+    process.kill();
+    process.waitForFinished();
+    ASSERT_EQ(process.exitStatus(), QProcess::CrashExit) << "too fast for this test";
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_EQ(create("CREATE TABLE T (A LONG);").code, 0);
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList(u"a.mdb"_s));
+}
+
 TEST_P(VeldrakDb, TellsFaultsFromFailure)
 {
     ASSERT_EQ(create(script).code, 0);
@@ -127,6 +147,12 @@ TEST(VeldrakDbTool, ReadsDbfFilesToo)
     EXPECT_EQ(run({u"sql"_s, file, u"SELECT NAME FROM LEUTE"_s}).data, "{\"NAME\": \"Jürgen\"}\n");
     EXPECT_EQ(run({u"check"_s, file}).data, "ok\n");
     EXPECT_THAT(run({u"info"_s, file}).data, HasSubstr("dBASE/FoxPro"));
+    QFile table(file);
+    ASSERT_TRUE(table.open(QIODevice::ReadWrite) && table.seek(4) && table.putChar('\0')); // the number of records
+    table.close();
+    const Result miscounted = run({u"check"_s, file});
+    EXPECT_EQ(miscounted.code, 1);
+    EXPECT_THAT(miscounted.data, HasSubstr("Der Kopf nennt 0 Sätze, die Datei enthält 1"));
 }
 
 TEST(VeldrakDbArguments, ThatAreWrongSayWhy)

@@ -4,6 +4,10 @@
 #include <QFile>
 
 #include "platform/dao/embedded/EmbeddedEngine.h"
+#include "platform/jet/JetDatabase.h"
+#include "platform/jet/PageFile.h"
+#include "platform/storage/LocalPath.h"
+#include "platform/storage/NewFile.h"
 #include "tools/veldrak-db/Commands.h"
 #include "tools/veldrak-db/Script.h"
 #include "tools/veldrak-db/Source.h"
@@ -34,25 +38,27 @@ void run(dao::Database &database, const QStringList &statements, Output &output)
     }
 }
 
+/// Makes the database with all that the script puts into it.
+void make(storage::FileSystem &files, const QString &path, const Arguments &arguments, Output &output)
+{
+    const QString password = arguments.passwordFromInput ? passwordFromInput() : QString();
+    const QStringList statements = statementsOf(readInput());
+    dao::EmbeddedEngine engine(std::make_unique<jet::JetDriver>(files), nullptr);
+    const bool isJet3 = arguments.version == storage::FileVersion::Jet3;
+    const auto database = engine.CreateDatabase(path, u";PWD="_s + password,
+                                                isJet3 ? dao::DBEngine::dbVersion30 : dao::DBEngine::dbVersion40);
+    run(*database, statements, output);
+    database->Close();
+}
+
 } // namespace
 
 ExitCode create(const Arguments &arguments, Output &output)
 {
-    const QString &path = arguments.operands[0];
-    const QString password = arguments.passwordFromInput ? passwordFromInput() : QString();
-    const QStringList statements = statementsOf(readInput());
-    const auto engine = dao::makeEmbeddedEngine();
-    const bool isJet3 = arguments.version == storage::FileVersion::Jet3;
-    auto database = engine->CreateDatabase(path, u";PWD="_s + password,
-                                           isJet3 ? dao::DBEngine::dbVersion30 : dao::DBEngine::dbVersion40);
-    try {
-        run(*database, statements, output);
-        database->Close();
-    } catch (const std::exception &) {
-        // what the failed script has left is of no use to anyone
-        database.reset();
-        QFile::remove(path);
-        throw;
-    }
+    const QString path = storage::localPath(arguments.operands[0]);
+    storage::NewFile made(storage::systemFiles(), path, jet::PageFile::besides());
+    make(made.files(), made.path(), arguments, output);
+    made.finish();
+    made.keep();
     return Done;
 }
