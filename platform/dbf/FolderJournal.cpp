@@ -21,6 +21,8 @@ namespace {
 constexpr QStringView journalName = u"Tabellen.vjn";
 /// Far behind any content of the journal.
 constexpr ByteRange turnLock{qint64{1} << 40, 1};
+/// Shared by all who have used the journal and will again.
+constexpr ByteRange usersLock{turnLock.first + 2, 1};
 
 /// What a program that writes this stretch of a file locks.
 ByteRange lockOf(bool memos, const storage::Change &change)
@@ -37,19 +39,38 @@ FolderJournal::FolderJournal(storage::FileSystem &files, const QString &folder)
     , m_folder(folder)
     , m_path(QDir(folder).filePath(journalName.toString()))
     , m_journal(files, m_path)
-{ }
+{
+    try {
+        if (m_journal.isThere())
+            takeAway();
+    } catch (const StorageError &error) {
+        // Who may only read leaves it to others, and perhaps somebody was faster.
+        if (error.kind() != StorageError::ReadOnly && error.kind() != StorageError::NoPermission
+            && error.kind() != StorageError::Missing)
+            throw;
+    }
+}
 
 FolderJournal::~FolderJournal()
 {
     if (!m_turn)
         return;
     try {
-        // Others may be in the middle of using it.
-        if (tryTurn())
-            m_journal.remove();
+        if (m_turn->isStillThere())
+            takeAway();
     } catch (const StorageError &) {
         // It stays behind, and tells the next one whether there is something to take back.
     }
+}
+
+/// Removes the file unless somebody else uses it, or it has content.
+void FolderJournal::takeAway()
+{
+    const auto file = m_turn ? std::move(m_turn) : m_files.open(m_path, Access::ReadWrite);
+    file->unlock(usersLock);
+    if (file->tryLock(turnLock, LockKind::Exclusive) && file->tryLock(usersLock, LockKind::Exclusive)
+        && file->isStillThere())
+        m_journal.remove();
 }
 
 /// Whoever removes the file has its turn meanwhile: a lock counts only if the file is still there.
@@ -63,6 +84,10 @@ bool FolderJournal::tryTurn()
         if (!m_turn) {
             m_turn = m_files.create(m_path);
             m_files.syncFolderOf(m_path);
+        }
+        if (!m_turn->tryLock(usersLock, LockKind::Shared)) {
+            m_turn.reset(); // somebody is taking it away
+            return false;
         }
     } catch (const StorageError &error) {
         // Somebody was faster with making or removing it.

@@ -13,7 +13,8 @@ namespace dbf {
 
 /// The journal of a folder's tables, and whose turn it is to use it: programs of our kind commit one after another.
 ///
-/// Owns       the journal file, which goes with it when nobody else is writing.
+/// Owns       the journal file, which goes with the last one who has used it; what a killed program has left goes with
+///            the next one who comes.
 /// Errors     throws StorageError: Locked while another program has its turn for too long, or holds what an
 ///            interrupted commit has left to be taken back; the rest as storage::Journal does.
 class FolderJournal
@@ -49,6 +50,7 @@ public:
     };
 
 private:
+    void takeAway();
     bool tryTurn();
     bool tryTurnAndRecover();
     void endTurn() noexcept;

@@ -2,6 +2,7 @@
 #include "platform/jet/LockFile.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSysInfo>
 
 #include "platform/storage/LocalPath.h"
@@ -56,6 +57,8 @@ LockFile::LockFile(storage::FileSystem &files, const QString &databasePath)
 LockFile::~LockFile()
 {
     endWriting();
+    if (m_entry == 0)
+        return;
     try {
         leave();
     } catch (const StorageError &) {
@@ -155,13 +158,17 @@ void LockFile::waitOn()
         m_waitingSince = std::chrono::steady_clock::now();
 }
 
+std::vector<ByteRange> LockFile::otherEntries() const
+{
+    std::vector<ByteRange> ranges{{userLocks + 1, m_entry - 1}, {userLocks + m_entry + 1, entries - m_entry}};
+    std::erase_if(ranges, [](const ByteRange &range) { return range.size == 0; });
+    return ranges;
+}
+
 /// Takes the locks of all free entries; false if another kind of program has one.
 bool LockFile::lockOthers()
 {
-    const ByteRange ranges[] = {{userLocks + 1, m_entry - 1}, {userLocks + m_entry + 1, entries - m_entry}};
-    for (const ByteRange &range : ranges) {
-        if (range.size == 0)
-            continue;
+    for (const ByteRange &range : otherEntries()) {
         if (m_file->tryLock(range, LockKind::Exclusive)) {
             m_writeLocks.emplace_back(m_file.get(), range);
             continue;
@@ -208,13 +215,30 @@ void LockFile::unlockAll() noexcept
         m_writeLocks.back().first->unlock(m_writeLocks.back().second);
 }
 
-void LockFile::leave()
+void LockFile::ifAlone(const std::function<void()> &work)
+{
+    std::vector<ByteRange> locked;
+    const auto unlock = qScopeGuard([&] {
+        for (const ByteRange &range : locked)
+            m_file->unlock(range);
+    });
+    for (const ByteRange &range : otherEntries()) {
+        if (!m_file->tryLock(range, LockKind::Exclusive))
+            return;
+        locked.push_back(range);
+    }
+    work();
+}
+
+void LockFile::leave(const std::function<void()> &ifLast)
 {
     m_file->unlock(ownKindLock(m_entry));
-    m_file->unlock(userLock(m_entry));
+    m_file->unlock(userLock(std::exchange(m_entry, 0)));
     // Whoever wants to join now finds no free entry, and then no file.
-    if (m_file->tryLock({userLocks + 1, entries}, LockKind::Exclusive) && m_file->isStillThere())
-        m_files.remove(m_path);
+    if (!m_file->tryLock({userLocks + 1, entries}, LockKind::Exclusive) || !m_file->isStillThere())
+        return;
+    ifLast();
+    m_files.remove(m_path);
 }
 
 } // namespace jet

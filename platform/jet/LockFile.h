@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -38,6 +39,11 @@ public:
     bool tryBeginWriting(storage::File &database);
     void endWriting() noexcept;
 
+    /// Runs `work` if nobody else has the database open, and keeps newcomers out meanwhile.
+    void ifAlone(const std::function<void()> &work);
+    /// Gives up our entry. If nobody else has one, the file is removed, and `ifLast` runs before.
+    void leave(const std::function<void()> &ifLast = [] {});
+
     /// False while somebody has the database, or a part of it, for himself alone.
     static bool isReadable(storage::File &database);
 
@@ -47,17 +53,17 @@ private:
     bool tryJoin();
     bool takeEntry();
     void writeEntry();
+    std::vector<storage::ByteRange> otherEntries() const;
     bool lockOthers();
     bool lockOther(int entry);
     bool isOurTurn();
     void waitOn();
     void unlockAll() noexcept;
-    void leave();
 
     storage::FileSystem &m_files;
     QString m_path;
     std::unique_ptr<storage::File> m_file{};
-    int m_entry = 0; // ours, from 1
+    int m_entry = 0; // ours, from 1; 0 when we have left
     std::vector<std::pair<storage::File *, storage::ByteRange>> m_writeLocks{};
     std::optional<std::chrono::steady_clock::time_point> m_waitingSince{};
 };

@@ -53,6 +53,8 @@ PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &reque
         throw StorageError(StorageError::WrongPassword, u"%1: Das Kennwort ist nicht gültig."_s.arg(request.path));
     joinUsers();
     settle();
+    if (m_lockFile && m_journal.isThere())
+        m_lockFile->ifAlone([this] { m_journal.remove(); }); // a killed program has left it
     const qint64 size = m_file->size();
     if (size % static_cast<qint64>(m_pageSize) != 0) {
         throw StorageError(StorageError::Damaged,
@@ -68,12 +70,12 @@ PageFile::PageFile(storage::FileSystem &files, const storage::OpenRequest &reque
 PageFile::~PageFile()
 {
     m_levels.clear();
+    if (!m_lockFile)
+        return;
     try {
-        // Others may be in the middle of using it.
-        if (m_lockFile && !readOnly() && !m_journal.isInterrupted() && m_lockFile->tryBeginWriting(*m_file))
-            m_journal.remove();
+        m_lockFile->leave([this] { m_journal.remove(); });
     } catch (const StorageError &) {
-        // It stays behind, and tells the next one whether there is something to take back.
+        // What stays behind is the next one's to use or to take away.
     }
 }
 

@@ -63,11 +63,12 @@ public:
     /// the name in these changes; nullptr if there is none.
     Found recover(const std::function<File *(const FileChanges &changes)> &fileOf);
 
+    bool isThere() const { return m_files.exists(m_path); }
     /// Whether there is a journal with content, which only an interrupted change leaves.
     bool isHot() const;
     /// Whether a failed commit could not be taken back: the files must not be used before recover() has done it.
     bool isInterrupted() const { return m_interrupted; }
-    /// Removes the empty file, if there is one. Where that is not allowed it stays, and does no harm.
+    /// Removes the file unless it has content. Where that is not allowed it stays, and does no harm.
     void remove();
 
     /// The content of a journal file; and back, with nothing for what is not complete.

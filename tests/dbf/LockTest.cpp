@@ -114,6 +114,25 @@ TEST_F(Lock, LetsTwoProgramsAppendAtOnce)
     }
 }
 
+TEST_F(Lock, KeepsTheJournalAsLongAsItIsUsed)
+{
+    const QString journal = folder.path(u"Tabellen.vjn"_s);
+    for (const bool readOnly : {false, true}) {
+        folder.put(u"Tabellen.vjn"_s, {}); // a killed program's
+        const auto next = folder.open(readOnly);
+        EXPECT_FALSE(QFile::exists(journal)) << readOnly;
+    }
+    auto second = folder.open();
+    for (storage::Database *user : {database.get(), second.get()})
+        user->table(u"KUNDEN"_s)->insert({{{0, u"neu"_s}}});
+    folder.open(true);
+    EXPECT_TRUE(QFile::exists(journal)) << "in use";
+    second.reset();
+    EXPECT_TRUE(QFile::exists(journal)) << "not the last one";
+    database.reset();
+    EXPECT_FALSE(QFile::exists(journal));
+}
+
 TEST_F(Lock, IsNoObstacleToReadingWhatOthersWrote)
 {
     const auto ours = folder.open(true);

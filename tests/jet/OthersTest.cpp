@@ -190,6 +190,25 @@ TEST(OthersLeft, EntriesThatMeanNothing)
     }
 }
 
+TEST(OthersLeft, AnEmptyJournalThatTheNextOneTakesAway)
+{
+    const Office office;
+    const QString journal = office.path() + u".vjn"_s;
+    for (const bool readOnly : {false, true}) {
+        ASSERT_TRUE(QFile(journal).open(QFile::WriteOnly));
+        const auto next = office.open(readOnly);
+        EXPECT_FALSE(QFile::exists(journal)) << readOnly;
+    }
+    auto writer = office.open();
+    Office::insert(*writer);
+    auto second = office.open();
+    EXPECT_TRUE(QFile::exists(journal)) << "in use";
+    writer.reset();
+    EXPECT_TRUE(QFile::exists(journal)) << "not the last one";
+    second.reset();
+    EXPECT_FALSE(QFile::exists(journal));
+}
+
 TEST(OthersChange, WhatAReaderSees)
 {
     const Office office;
