@@ -22,4 +22,13 @@ void Findings::note(const QString &text)
         m_report.notes.push_back(text);
 }
 
+void Findings::note(const Oddities &oddities, const QString &place, const QString &what)
+{
+    if (oddities.count == 0)
+        return;
+    const QString row = u"Zeile %1 der Seite %2"_s.arg(oddities.first.row).arg(oddities.first.page);
+    const QString times = oddities.count == 1 ? QString() : u" (%1-mal, dies ist die erste)"_s.arg(oddities.count);
+    note(u"%1: %2: %3%4"_s.arg(place, row, what, times));
+}
+
 } // namespace jet

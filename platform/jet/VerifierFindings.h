@@ -3,10 +3,23 @@
 #include <QString>
 
 #include "platform/jet/PageStore.h"
+#include "platform/jet/RowPointer.h"
 #include "platform/jet/Verifier.h"
 #include "platform/storage/StorageError.h"
 
 namespace jet {
+
+/// Equal oddities of one place: how many, and where the first one is.
+struct Oddities {
+    void add(RowPointer row)
+    {
+        if (count++ == 0)
+            first = row;
+    }
+
+    std::uint64_t count = 0;
+    RowPointer first{};
+};
 
 /// Collects what a check finds.
 class Findings
@@ -20,6 +33,8 @@ public:
     void fault(const QString &text);
     void fault(PageNo page, const QString &text);
     void note(const QString &text);
+    /// One note for all of them; none if there are none.
+    void note(const Oddities &oddities, const QString &place, const QString &what);
     bool full() const { return m_report.faults.size() >= VerifyReport::faultLimit; }
 
     /// Runs a part of the check; an error that ends it is a finding, unless the file cannot be read at all. Returns

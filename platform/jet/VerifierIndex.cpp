@@ -45,6 +45,7 @@ void IndexCheck::run(const std::vector<PageNo> *rowPages)
     m_book.claimMap(m_index.map, m_place);
     if (m_findings.attempt(m_place, [this] { checkPages(); }))
         m_findings.attempt(m_place, [this, rowPages] { checkEntries(rowPages); });
+    m_findings.note(m_otherLetters, m_place, u"im Schlüssel sind Buchstaben wie „ß“ als einer gezählt"_s);
     if (m_levelsDiffer)
         m_findings.note(u"%1: die Ebenen der Seiten sind nicht angegeben"_s.arg(m_place));
 }
@@ -162,12 +163,12 @@ void IndexCheck::compareKey(RowPointer row, storage::Bytes stored, const std::ve
         ++m_findings.report().equalEntries;
         return;
     }
-    const QString text
-        = u"%1: der Schlüssel für Zeile %2 der Seite %3 ist falsch"_s.arg(m_place).arg(row.row).arg(row.page);
-    if (maker.isOthersKey(values, stored))
-        m_findings.note(u"%1 (Buchstaben wie „ß“ als einer gezählt)"_s.arg(text));
-    else
-        m_findings.fault(text);
+    if (maker.isOthersKey(values, stored)) {
+        m_otherLetters.add(row);
+        return;
+    }
+    m_findings.fault(
+        u"%1: der Schlüssel für Zeile %2 der Seite %3 ist falsch"_s.arg(m_place).arg(row.row).arg(row.page));
 }
 
 std::vector<Value> IndexCheck::keyValues(const RowView &row) const

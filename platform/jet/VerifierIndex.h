@@ -49,6 +49,7 @@ private:
     std::set<KeyBytes> m_seen{}; // the keys of the rows whose entries can stand where those of the row before can
     KeyBytes m_seenFrom{}; // where these begin
     bool m_levelsDiffer = false;
+    Oddities m_otherLetters{}; // keys in which other programs count a letter as one instead of two
     std::map<std::size_t, IndexNode> m_lastOfUpper{}; // pages above the leaves seen last, by distance from the root
 };
 

@@ -118,12 +118,15 @@ void TableCheck::checkField(const FoundRow &row, const ColumnDef &column)
     }
 }
 
+/// Other programs delete a moved row and leave its body.
 void TableCheck::checkBodies()
 {
+    Oddities forgotten;
     for (const RowPointer body : m_bodies) {
         if (!m_targets.contains(body))
-            m_findings.fault(body.page, u"auf die verschobene Zeile %1 zeigt keine andere"_s.arg(body.row));
+            forgotten.add(body);
     }
+    m_findings.note(forgotten, u"Tabelle %1"_s.arg(m_name), u"auf die verschobene Zeile zeigt keine andere"_s);
 }
 
 /// The number of rows may differ in files that other programs have written: a note.
@@ -165,16 +168,17 @@ void TableCheck::claimLongPages(const ColumnDef &column)
 void TableCheck::checkLongRows(const ColumnDef &column)
 {
     const std::set<RowPointer> &used = m_longRows[column.number];
+    Oddities lost;
     for (const PageNo number : m_longPages[column.number]) {
         const DataPage page(m_file, number);
         for (std::size_t slot = 0; slot < page.slotCount(); ++slot) {
             const RowPointer where{number, static_cast<std::uint8_t>(slot)};
             if (page.kind(slot) != SlotKind::Deleted && !used.contains(where))
-                m_findings.note(
-                    u"Seite %1: Zeile %2 gehört zu keinem langen Wert der Spalte %3"_s.arg(number).arg(slot).arg(
-                        column.name));
+                lost.add(where);
         }
     }
+    m_findings.note(lost, u"Tabelle %1"_s.arg(m_name),
+                    u"sie gehört zu keinem langen Wert der Spalte %1"_s.arg(column.name));
 }
 
 QString TableCheck::place(RowPointer row) const
