@@ -19,7 +19,7 @@ ExitCode dump(const Arguments &arguments, Output &output)
     const auto cursor = table.scan();
     QByteArray row;
     QString text;
-    while (cursor->next()) {
+    const auto readRow = [&] {
         row.resize(0); // keeps its room
         for (int i = 0; i < labels.size(); ++i) {
             row += labels[i];
@@ -27,6 +27,15 @@ ExitCode dump(const Arguments &arguments, Output &output)
                 json::append(row, text);
             else
                 json::append(row, cursor->value(i), columns[static_cast<std::size_t>(i)].type);
+        }
+    };
+    while (cursor->next()) {
+        try {
+            readRow();
+        } catch (const storage::StorageError &error) {
+            if (error.kind() != storage::StorageError::RowGone)
+                throw;
+            continue; // deleted between finding and reading it: as if it had been a moment before
         }
         row += "}\n";
         output.data(row);
