@@ -57,6 +57,8 @@ int runProgram(const QStringList &words)
         output.message(error.text());
     } catch (const RunTimeError &error) {
         output.message(u"Fehler %1: %2"_s.arg(error.Number()).arg(error.Description()));
+    } catch (const std::bad_alloc &) {
+        output.message(u"Nicht genügend Speicher."_s);
     }
     return NotPossible;
 }

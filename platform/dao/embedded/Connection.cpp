@@ -159,6 +159,8 @@ void Connection::fail(const SqlText *text)
 {
     if (const std::exception_ptr fault = std::exchange(m_fault, nullptr))
         std::rethrow_exception(fault);
+    if (sqlite3_errcode(m_sqlite.get()) == SQLITE_NOMEM)
+        throw daoError(number::OutOfMemory);
     const QString message = QString::fromUtf8(sqlite3_errmsg(m_sqlite.get()));
     throw sqliteError(message, sqlite3_error_offset(m_sqlite.get()), text);
 }

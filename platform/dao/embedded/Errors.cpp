@@ -18,6 +18,7 @@ struct Description {
 
 // clang-format off
 constexpr Description descriptions[] = {
+    {number::OutOfMemory, u"Nicht genügend Speicher."},
     {number::BadPattern, u"Ungültige Musterzeichenfolge: %1"},
     {number::Unmapped, u"%1"},
     {number::TableExists, u"Die Tabelle '%1' gibt es schon."},

@@ -1,31 +1,15 @@
 #pragma once
 
+#include <new>
+
 #include "platform/dao/DaoError.h"
 #include "platform/storage/StorageError.h"
 
 namespace dao {
 
-/// What was being done when a driver failed; the same failure has another number when a file is opened.
-enum class Doing { Open, CreateDatabase, CreateTable, CreateIndex, CreateRelationship, Work };
-
-/// Jet's number and description for a driver's failure.
-DaoError daoError(const storage::StorageError &error, Doing doing);
-
-/// Jet's number with its German description; `item` stands in for its place holder.
-DaoError daoError(int number, const QString &item = {});
-
-/// Runs `action`, turning StorageError into DaoError: the one border between the two.
-template <typename Action> decltype(auto) translated(Doing doing, Action action)
-{
-    try {
-        return action();
-    } catch (const storage::StorageError &error) {
-        throw daoError(error, doing);
-    }
-}
-
 /// Numbers that only this engine raises; DaoError has those that its callers look at.
 namespace number {
+constexpr int OutOfMemory = 7; // of the run time, as the next one
 constexpr int BadPattern = 93;
 constexpr int Unmapped = 3000;
 constexpr int TableExists = 3010;
@@ -62,5 +46,26 @@ constexpr int IndexColumnUnknown = 3409;
 constexpr int Damaged = 3428;
 constexpr int CriterionType = 3464;
 } // namespace number
+
+/// What was being done when a driver failed; the same failure has another number when a file is opened.
+enum class Doing { Open, CreateDatabase, CreateTable, CreateIndex, CreateRelationship, Work };
+
+/// Jet's number and description for a driver's failure.
+DaoError daoError(const storage::StorageError &error, Doing doing);
+
+/// Jet's number with its German description; `item` stands in for its place holder.
+DaoError daoError(int number, const QString &item = {});
+
+/// Runs `action`, turning StorageError into DaoError: the one border between the two.
+template <typename Action> decltype(auto) translated(Doing doing, Action action)
+{
+    try {
+        return action();
+    } catch (const storage::StorageError &error) {
+        throw daoError(error, doing);
+    } catch (const std::bad_alloc &) {
+        throw daoError(number::OutOfMemory);
+    }
+}
 
 } // namespace dao
