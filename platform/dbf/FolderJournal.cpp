@@ -25,11 +25,11 @@ constexpr ByteRange turnLock{qint64{1} << 40, 1};
 constexpr ByteRange usersLock{turnLock.first + 2, 1};
 
 /// What a program that writes this stretch of a file locks.
-ByteRange lockOf(bool memos, const storage::Change &change)
+ByteRange lockOf(bool memos, const storage::Stretch &stretch)
 {
-    if (memos || change.position == recordCountPosition)
+    if (memos || stretch.position == recordCountPosition)
         return {lockBase, 1};
-    return {lockBase + change.position, change.after.size()};
+    return {lockBase + stretch.position, stretch.size};
 }
 
 } // namespace
@@ -140,8 +140,8 @@ storage::File *FolderJournal::reopen(const storage::FileChanges &changes,
     opened.push_back(m_files.open(path, Access::ReadWrite));
     storage::File &file = *opened.back();
     const bool memos = !path.endsWith(u".dbf"_s, Qt::CaseInsensitive);
-    for (const storage::Change &change : changes.changes) {
-        if (!file.tryLock(lockOf(memos, change), LockKind::Exclusive))
+    for (const storage::Stretch &stretch : changes.stretches) {
+        if (!file.tryLock(lockOf(memos, stretch), LockKind::Exclusive))
             throw StorageError(StorageError::Locked, u"%1 wird von einem anderen Programm benutzt"_s.arg(path));
     }
     return &file;

@@ -97,11 +97,14 @@ storage::FileChanges TableFile::changes() const
     storage::FileChanges changes;
     changes.name = QFileInfo(path()).fileName();
     changes.shared = true;
+    std::vector<QByteArray> contents;
     for (const auto &[position, bytes] : m_held) {
-        QByteArray before = m_file->read(position, std::clamp<qint64>(size - position, 0, bytes.size()));
-        if (before != bytes)
-            changes.changes.push_back({position, std::move(before), bytes});
+        if (m_file->read(position, std::clamp<qint64>(size - position, 0, bytes.size())) == bytes)
+            continue;
+        changes.stretches.push_back({position, bytes.size()});
+        contents.push_back(bytes);
     }
+    changes.content = [contents = std::move(contents)](std::size_t i) { return contents[i]; };
     // Without an append the length is nobody's business: others may append meanwhile.
     changes.newSize = heldEnd();
     changes.oldSize = std::min(size, changes.newSize);

@@ -65,7 +65,7 @@ void Transaction::commit()
                 throw StorageError(StorageError::Missing,
                                    u"%1 wurde inzwischen gelöscht oder ersetzt"_s.arg(file->path()));
             }
-            if (storage::FileChanges changes = file->changes(); !changes.changes.empty())
+            if (storage::FileChanges changes = file->changes(); !changes.stretches.empty())
                 parts.push_back({file->file(), std::move(changes)});
         }
         if (!parts.empty())

@@ -24,7 +24,7 @@ class JetWriteScope final : public storage::WriteScope
 {
 public:
     explicit JetWriteScope(PageFile &file)
-        : m_scope(file)
+        : m_scope(file, PageUse::ByInnerScopes)
     { }
     void commit() override { m_scope.commit(); }
 

@@ -52,6 +52,7 @@ LockFile::LockFile(storage::FileSystem &files, const QString &databasePath)
     if (!storage::retryForAWhile([this] { return tryJoin(); }))
         throw StorageError(StorageError::Locked, u"%1 wird von einem anderen Programm benutzt."_s.arg(databasePath));
     m_waitingSince.reset();
+    m_writeLocks.reserve(entries + 4); // what is locked must be noted
 }
 
 LockFile::~LockFile()
@@ -131,7 +132,7 @@ bool LockFile::tryBeginWriting(storage::File &database)
             m_file->unlock(turn);
             return true;
         }
-    } catch (const StorageError &) {
+    } catch (...) {
         endWriting();
         throw;
     }

@@ -149,10 +149,15 @@ PagePtr PageFile::read(PageNo number)
     if (number >= m_pageCount)
         damaged(number, u"liegt hinter dem Ende der Datei (%1 Seiten)"_s.arg(m_pageCount));
     auto page = std::make_shared<Page>(m_pageSize);
-    m_file->read(static_cast<qint64>(m_pageSize) * number, *page);
-    // Whoever writes changes the commit area before the first page.
-    if (m_levels.empty() && !isAsLastSeen())
-        throw PagesChanged(m_path);
+    if (const auto slot = stashSlot(number)) {
+        const QByteArray bytes = m_journal.stashed(positionOf(*slot), static_cast<qint64>(m_pageSize));
+        std::ranges::copy(storage::bytesOf(bytes), page->begin());
+    } else {
+        m_file->read(positionOf(number), *page);
+        // Whoever writes changes the commit area before the first page.
+        if (m_levels.empty() && !isAsLastSeen())
+            throw PagesChanged(m_path);
+    }
     cipher(number, *page);
     m_cache->put(number, page);
     return page;
@@ -224,10 +229,10 @@ std::shared_ptr<Page> PageFile::findChanged(PageNo number) const
     return nullptr;
 }
 
-PageScope::PageScope(PageFile &file)
+PageScope::PageScope(PageFile &file, PageUse use)
     : m_file(file)
 {
-    m_file.begin();
+    m_file.begin(use);
 }
 
 PageScope::~PageScope()

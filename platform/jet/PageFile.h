@@ -28,6 +28,10 @@ public:
     explicit PagesChanged(const QString &path);
 };
 
+/// Whether a write scope's pages may be referred to all the time, or only within the scopes inside it: then those of
+/// the outermost scope need not stay in memory.
+enum class PageUse { Referenced, ByInnerScopes };
+
 /// The pages of an open Jet file: decrypted, cached, written at the commit of a scope, whole or not at all.
 ///
 /// Owns     the file handle, and our part in the lock file beside it.
@@ -78,6 +82,7 @@ private:
     struct Level {
         std::unordered_map<PageNo, std::shared_ptr<Page>> pages;
         PageNo pageCount;
+        PageUse use;
     };
 
     void joinUsers();
@@ -86,13 +91,19 @@ private:
     void settle();
     bool trySettle();
     void recover(storage::File &file);
-    void look(QByteArray area);
+    void look(QByteArray commitArea);
     void requireScope() const;
-    void begin();
+    void begin(PageUse use);
     void commit();
     void rollback();
+    void stashIfMany();
+    void keepInCache(const Level &level);
+    std::optional<std::uint32_t> stashSlot(PageNo number) const;
+    qint64 positionOf(PageNo number) const { return static_cast<qint64>(m_pageSize) * number; }
     void commitToFile(const Level &level);
     storage::FileChanges changesOf(const Level &level) const;
+    std::vector<PageNo> changedPages(const Level &level) const;
+    QByteArray newContent(const Level &level, PageNo number) const;
     std::shared_ptr<Page> findChanged(PageNo number) const;
     void cipher(PageNo number, storage::MutableBytes page) const;
     QByteArray encrypted(PageNo number, const Page &page) const;
@@ -113,13 +124,15 @@ private:
     std::optional<PageCache> m_cache{};
     std::vector<bool> m_sound{}; // by page number
     std::vector<Level> m_levels{}; // nested scopes, the innermost last
+    std::vector<std::uint32_t> m_stashSlots{}; // by page: of the outermost scope's pages, from 1; 0: in no slot
+    std::uint32_t m_stashed = 0; // how many slots there are
 };
 
 /// Groups changes of pages: at its end they are undone unless committed. May be nested; the outermost commit writes.
 class PageScope
 {
 public:
-    explicit PageScope(PageFile &file);
+    explicit PageScope(PageFile &file, PageUse use = PageUse::Referenced);
     ~PageScope();
     PageScope(const PageScope &) = delete;
     PageScope &operator=(const PageScope &) = delete;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/storage/JournalRecord.h"
 #include "platform/storage/StorageError.h"
 
 using namespace Qt::StringLiterals;
@@ -11,12 +12,17 @@ namespace storage {
 
 namespace {
 
-/// What a disk writes as a whole, at the least.
-constexpr qint64 sector = 512;
+/// The length that a journal has from the beginning: enough for most changes.
+constexpr qint64 usualSize = 64 << 10;
+/// If it is longer than this afterwards, the room is given back.
+constexpr qint64 greatestSize = 4 << 20;
+/// The stash begins on a page of the disk of its own.
+constexpr qint64 stashStart = 4096;
+constexpr qsizetype writeSize = 1 << 20;
 
-bool isAppended(const FileChanges &file, const Change &change)
+bool isAppended(const FileChanges &file, const Stretch &stretch)
 {
-    return change.position + change.after.size() > file.oldSize;
+    return stretch.position + stretch.size > file.oldSize;
 }
 
 /// Whether the length is none of the change's business.
@@ -25,90 +31,116 @@ bool leavesLength(const FileChanges &file)
     return file.shared && file.newSize == file.oldSize;
 }
 
-/// The stretch as it stands in the file now, as far as it lies before the old end.
-QByteArray standing(const File &file, const Change &change)
+/// Writes stretches that lie one behind the other at once.
+class JoinedWrites
 {
-    return file.read(change.position, change.before.size());
-}
-
-/// The same with what stands behind the old end.
-QByteArray standingWhole(const File &file, const Change &change)
-{
-    const qint64 there = file.size() - change.position;
-    return file.read(change.position, std::clamp<qint64>(there, change.before.size(), change.after.size()));
-}
-
-QByteArray marked(const FileChanges &file, const QByteArray &before, const Change &change)
-{
-    QByteArray bytes = before;
-    if (!file.mark)
-        return bytes;
-    const qint64 at = file.mark->position - change.position;
-    if (at >= 0 && at + file.mark->after.size() <= bytes.size())
-        bytes.replace(at, file.mark->after.size(), file.mark->after);
-    return bytes;
-}
-
-/// Whether each sector of the stretch is as before (zeros behind the old end), as after, or marked.
-bool isOldOrNew(const QByteArray &now, const FileChanges &file, const Change &change)
-{
-    const QByteArray before = change.before.leftJustified(now.size(), '\0');
-    const QByteArray withMark = marked(file, before, change);
-    for (qint64 at = 0; at < now.size();) {
-        const qint64 size = std::min(sector - (change.position + at) % sector, now.size() - at);
-        const auto is = [&](const QByteArray &other) {
-            return QByteArrayView(now).sliced(at, size) == QByteArrayView(other).sliced(at, size);
-        };
-        if (!is(before) && !is(change.after) && !is(withMark))
-            return false;
-        at += size;
+public:
+    explicit JoinedWrites(File &file)
+        : m_file(file)
+    { }
+    void add(qint64 position, const QByteArray &bytes)
+    {
+        if (position != m_position + m_bytes.size() || m_bytes.size() >= writeSize) {
+            flush();
+            m_position = position;
+        }
+        m_bytes += bytes;
     }
-    return true;
-}
+    void flush()
+    {
+        if (!m_bytes.isEmpty())
+            m_file.write(m_position, bytesOf(m_bytes));
+        m_bytes.clear();
+    }
 
-bool belongs(const File &file, const FileChanges &changes)
-{
-    const qint64 size = file.size();
-    return size >= changes.oldSize && (size <= changes.newSize || leavesLength(changes))
-        && std::ranges::all_of(changes.changes, [&](const Change &change) {
-               return isOldOrNew(standingWhole(file, change), changes, change);
-           });
-}
-
-bool isComplete(const File &file, const FileChanges &changes)
-{
-    const bool longEnough = leavesLength(changes) || file.size() == changes.newSize;
-    return longEnough && std::ranges::all_of(changes.changes, [&](const Change &change) {
-               return file.read(change.position, change.after.size()) == change.after;
-           });
-}
+private:
+    File &m_file;
+    qint64 m_position = 0;
+    QByteArray m_bytes{};
+};
 
 /// New stretches first: if the disk is full, the old content is still whole.
 void apply(File &file, const FileChanges &changes)
 {
-    for (const Change &change : changes.changes) {
-        if (isAppended(changes, change))
-            file.write(change.position, bytesOf(change.after));
-    }
+    JoinedWrites writes(file);
+    const auto writeAll = [&](bool appended) {
+        for (std::size_t i = 0; i < changes.stretches.size(); ++i) {
+            if (isAppended(changes, changes.stretches[i]) == appended)
+                writes.add(changes.stretches[i].position, changes.content(i));
+        }
+        writes.flush();
+    };
+    writeAll(true);
     if (changes.mark)
         file.write(changes.mark->position, bytesOf(changes.mark->after));
-    for (const Change &change : changes.changes) {
-        if (!isAppended(changes, change))
-            file.write(change.position, bytesOf(change.after));
-    }
+    writeAll(false);
     file.sync();
 }
 
 /// The length first: if this is interrupted, too, no sector may be half old, half new.
-void takeBack(File &file, const FileChanges &changes)
+void takeBack(RecordReader &record, std::span<File *const> files)
 {
-    if (!leavesLength(changes) && file.size() != changes.oldSize)
-        file.resize(changes.oldSize);
-    for (const Change &change : changes.changes) {
-        if (standing(file, change) != change.before)
-            file.write(change.position, bytesOf(change.before));
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const FileChanges &changes = record.files()[i];
+        if (!leavesLength(changes) && files[i]->size() != changes.oldSize)
+            files[i]->resize(changes.oldSize);
     }
-    file.sync();
+    record.forEach([&](std::size_t i, const Stretch &stretch, const std::vector<Piece> &pieces) {
+        const QByteArray now = files[i]->read(stretch.position, sizeBefore(record.files()[i], stretch));
+        QByteArray before = now;
+        for (const Piece &piece : pieces)
+            before.replace(piece.oldAt, piece.old.size(), piece.old);
+        if (before != now)
+            files[i]->write(stretch.position, bytesOf(before));
+    });
+    for (File *file : files)
+        file->sync();
+}
+
+/// Whether a piece is as it was, but marked.
+bool isMarked(const FileChanges &file, qint64 position, QByteArrayView now, std::uint64_t before)
+{
+    if (!file.mark)
+        return false;
+    const qint64 at = file.mark->position - position;
+    const qsizetype size = file.mark->after.size();
+    if (at < 0 || at + size > now.size() || now.sliced(at, size) != file.mark->after)
+        return false;
+    return checksum(now.toByteArray().replace(at, size, file.mark->before)) == before;
+}
+
+/// What of the change stands in the files.
+struct Standing {
+    bool isOurs = true; ///< each sector is as it was, as it was to be, or marked, and the lengths are possible
+    bool isComplete = true;
+};
+
+Standing standingOf(RecordReader &record, std::span<File *const> files)
+{
+    Standing standing;
+    std::vector<qint64> sizes;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const FileChanges &changes = record.files()[i];
+        const qint64 size = files[i] ? files[i]->size() : -1;
+        standing.isOurs &= size >= changes.oldSize && (size <= changes.newSize || leavesLength(changes));
+        standing.isComplete &= size == changes.newSize || leavesLength(changes);
+        sizes.push_back(size);
+    }
+    if (!standing.isOurs)
+        return standing;
+    record.forEach([&](std::size_t i, const Stretch &stretch, const std::vector<Piece> &pieces) {
+        const FileChanges &changes = record.files()[i];
+        const qint64 there = std::clamp(sizes[i] - stretch.position, sizeBefore(changes, stretch), stretch.size);
+        const QByteArray now = files[i]->read(stretch.position, there).leftJustified(stretch.size, '\0');
+        for (const Piece &piece : pieces) {
+            const auto bytes = QByteArrayView(now).sliced(piece.at, piece.size);
+            const std::uint64_t sum = checksum(bytes);
+            standing.isComplete &= sum == piece.after;
+            standing.isOurs &= sum == piece.after || sum == piece.before
+                || isMarked(changes, stretch.position + piece.at, bytes, piece.before);
+        }
+    });
+    return standing;
 }
 
 } // namespace
@@ -125,30 +157,63 @@ File &Journal::file()
     if (m_file && !m_file->isStillThere())
         m_file.reset();
     if (!m_file) {
-        auto opened = m_files.exists(m_path) ? m_files.open(m_path, Access::ReadWrite) : m_files.create(m_path);
+        auto opened = isThere() ? m_files.open(m_path, Access::ReadWrite) : m_files.create(m_path);
+        if (const qint64 size = opened->size(); size < usualSize && !hasRecord(*opened))
+            opened->write(size, bytesOf(QByteArray(usualSize - size, '\0')));
         m_files.syncFolderOf(m_path);
+        m_end = opened->size();
         m_file = std::move(opened);
     }
     return *m_file;
 }
 
-/// Without a flush: a finished change whose journal is still there is found to be complete.
+/// Without a flush: a finished change whose record still counts is found to be complete.
 void Journal::forget()
 {
-    m_file->resize(0);
+    dropRecord(*m_file);
+    shorten();
+}
+
+void Journal::shorten()
+{
+    m_stashEnd = 0;
+    if (m_end <= greatestSize)
+        return;
+    m_file->resize(usualSize);
+    m_end = usualSize;
+}
+
+void Journal::stash(qint64 position, Bytes bytes)
+{
+    File &journal = m_stashEnd == 0 ? file() : *m_file;
+    journal.write(stashStart + position, bytes);
+    m_stashEnd = std::max(m_stashEnd, stashStart + position + static_cast<qint64>(bytes.size()));
+    m_end = std::max(m_end, m_stashEnd);
+}
+
+QByteArray Journal::stashed(qint64 position, qint64 size) const
+{
+    return m_file->read(stashStart + position, size);
+}
+
+void Journal::dropStash() noexcept
+{
+    if (m_stashEnd == 0)
+        return;
+    try {
+        shorten();
+    } catch (const StorageError &) {
+        // The next commit gives the room back.
+    }
 }
 
 void Journal::commit(std::span<const Part> parts)
 {
-    std::vector<FileChanges> changes;
-    for (const Part &part : parts)
-        changes.push_back(part.changes);
-    File &journal = file();
+    File &journal = m_stashEnd == 0 ? file() : *m_file;
     try {
-        journal.resize(0);
-        journal.write(0, bytesOf(encode(changes)));
+        m_end = std::max(m_end, writeRecord(journal, std::max(m_stashEnd, firstRecord), parts));
         journal.sync();
-    } catch (const StorageError &) {
+    } catch (...) {
         // Whatever it holds, the files are as before: at the worst a change that never began is taken back.
         try {
             forget();
@@ -160,33 +225,49 @@ void Journal::commit(std::span<const Part> parts)
     try {
         for (const Part &part : parts)
             apply(part.file, part.changes);
-    } catch (const StorageError &) {
-        m_interrupted = true;
-        try {
-            for (const Part &part : parts)
-                takeBack(part.file, part.changes);
-            forget();
-            m_interrupted = false;
-        } catch (const StorageError &) {
-            // The first failure is the one to tell; the next recover() goes on from here.
-        }
+    } catch (...) {
+        undo(parts);
         throw;
     }
     try {
         forget();
     } catch (const StorageError &) {
-        m_file.reset(); // the change is on the disk; its journal will be found to be complete
+        // The change is on the disk; its record will be found to be complete.
+        m_file.reset();
+        m_stashEnd = 0;
+    }
+}
+
+/// Takes back what a failed commit has written. The failure is the one to tell: if this one fails, too, the next
+/// recover() goes on from here.
+void Journal::undo(std::span<const Part> parts)
+{
+    m_interrupted = true;
+    try {
+        std::vector<File *> files;
+        for (const Part &part : parts)
+            files.push_back(&part.file);
+        auto record = RecordReader::open(*m_file);
+        if (!record)
+            return;
+        takeBack(*record, files);
+        forget();
+        m_interrupted = false;
+    } catch (const std::exception &) {
+        m_stashEnd = 0;
     }
 }
 
 bool Journal::isHot() const
 {
-    if (!m_files.exists(m_path))
+    if (m_file && m_file->isStillThere())
+        return hasRecord(*m_file);
+    if (!isThere())
         return false;
     try {
-        return m_files.open(m_path, Access::Read)->size() > 0;
+        return hasRecord(*m_files.open(m_path, Access::Read));
     } catch (const StorageError &error) {
-        // Another program has removed it just now, which nobody does to one with content.
+        // Another program has removed it just now, which nobody does to one that counts.
         if (error.kind() != StorageError::Missing)
             throw;
         return false;
@@ -200,44 +281,45 @@ Journal::Found Journal::recover(const std::function<File *(const FileChanges &ch
         return Found::Nothing;
     }
     File &journal = file();
-    const auto recorded = decode(journal.read(0, journal.size()));
     Found found = Found::Nothing;
-    if (recorded) {
+    if (auto record = RecordReader::open(journal)) {
         std::vector<File *> opened;
-        bool ours = true;
-        bool complete = !m_interrupted; // a failure that was told stays one
-        for (const FileChanges &changes : *recorded) {
+        for (const FileChanges &changes : record->files())
             opened.push_back(fileOf(changes));
-            ours = ours && opened.back() && belongs(*opened.back(), changes);
-            complete = complete && ours && isComplete(*opened.back(), changes);
-        }
-        if (!ours) {
-            m_file.reset();
-            QString other = m_path + u".fremd"_s;
-            for (int number = 2; m_files.exists(other); ++number)
-                other = m_path + u".fremd%1"_s.arg(number);
-            m_files.rename(m_path, other);
-            m_interrupted = false;
+        const Standing standing = standingOf(*record, opened);
+        if (!standing.isOurs) {
+            setAside();
             return Found::Foreign;
         }
-        for (std::size_t i = 0; i < opened.size(); ++i) {
-            if (complete)
-                opened[i]->sync(); // the program may have died before it did
-            else
-                takeBack(*opened[i], (*recorded)[i]);
+        if (standing.isComplete && !m_interrupted) { // a failure that was told stays one
+            for (File *file : opened)
+                file->sync(); // the program may have died before it did
+            found = Found::Complete;
+        } else {
+            takeBack(*record, opened);
+            found = Found::TakenBack;
         }
-        found = complete ? Found::Complete : Found::TakenBack;
     }
     forget();
     m_interrupted = false;
     return found;
 }
 
+void Journal::setAside()
+{
+    m_file.reset();
+    QString other = m_path + u".fremd"_s;
+    for (int number = 2; m_files.exists(other); ++number)
+        other = m_path + u".fremd%1"_s.arg(number);
+    m_files.rename(m_path, other);
+    m_interrupted = false;
+}
+
 void Journal::remove()
 {
     m_file.reset();
     try {
-        if (m_files.exists(m_path) && !isHot())
+        if (isThere() && !isHot())
             m_files.remove(m_path);
     } catch (const StorageError &error) {
         if (error.kind() != StorageError::FolderReadOnly && error.kind() != StorageError::NoPermission)

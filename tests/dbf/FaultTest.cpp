@@ -93,7 +93,7 @@ public:
     {
         const FolderContent now = readFolder(folder.path());
         const auto journal = now.find(u"Tabellen.vjn"_s);
-        return journal != now.end() && !journal->second.isEmpty() && tablesOf(now) != tablesOf(m_after);
+        return journal != now.end() && journal->second.startsWith("VELDRAK") && tablesOf(now) != tablesOf(m_after);
     }
     /// Nothing is left that would be in the statement's way.
     void expectToWork() const
