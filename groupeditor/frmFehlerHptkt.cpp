@@ -1,6 +1,8 @@
 // The dialog about several main contacts in one group.
 #include "groupeditor/frmFehlerHptkt.h"
 
+#include <utility>
+
 #include <QApplication>
 #include <QHideEvent>
 #include <QWindow>
@@ -52,10 +54,11 @@ void frmFehlerHptkt::showEvent(QShowEvent *ereignis)
     if (ereignis->spontaneous())
         return;
     m_Timer1.start(); // at a later showing, too: in front while it is open
-    activateWindow(); // some window managers do not by themselves
+    m_neuGezeigt = true;
 }
 
-// A main window that was put away takes the dialog with it.
+// Some window managers do not activate it by themselves, and a main window that is only now being shown would take the
+// keyboard back. It waits for boxes, and for a main window that was put away.
 void frmFehlerHptkt::Timer1_Timer()
 {
     if (QApplication::activeModalWidget() || m_hauptfenster.isMinimized())
@@ -64,6 +67,8 @@ void frmFehlerHptkt::Timer1_Timer()
         showNormal();
     show();
     raise();
+    if (std::exchange(m_neuGezeigt, false))
+        activateWindow();
 }
 
 // Hidden by its button, or with all forms at the program's end: then it must not come back by itself.

@@ -38,4 +38,5 @@ private:
     std::unique_ptr<Ui::frmFehlerHptkt> m_ui;
     std::function<void()> m_beiOK;
     QTimer m_Timer1;
+    bool m_neuGezeigt = false;
 };

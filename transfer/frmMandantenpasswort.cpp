@@ -30,7 +30,7 @@ void frmMandantenpasswort::zeige(const QString &Mandant)
 void frmMandantenpasswort::showEvent(QShowEvent *ereignis)
 {
     QDialog::showEvent(ereignis);
-    m_ui->txbPassword->setFocus();
+    m_ui->txbPassword->setFocus(Qt::TabFocusReason); // with its frame
     activateWindow();
 }
 
