@@ -14,7 +14,7 @@ struct AccountColumn {
     QStringView preset{}; ///< SQL literal in the template row for new accounts; empty: Null
 };
 
-/// The columns that clients and template have in common, in table order.
+/// The columns that clients and template have in common, in table order, behind counter, number and type.
 std::span<const AccountColumn> accountColumns();
 
 /// Every column with its type, and with its rules for a client's table, as CREATE TABLE lists them.

@@ -11,8 +11,8 @@ constexpr unsigned reachable = bothWays | MainEntry | OtherEntry;
 // clang-format off
 constexpr ContactField fieldRows[] = {
     { 1, u"UNIQUE_ID",  u"TEXT(12)", u"Kennung"},
-    { 2, u"COMPANY",    u"TEXT(50)", u"Firma",          u"Firma",          u"PersKtoName",      bothWays},
     {26, u"CONTACT",    u"TEXT(50)", u"Kontakt",        u"Name",           u"PersKtoAnsprech",  bothWays},
+    { 2, u"COMPANY",    u"TEXT(50)", u"Firma",          u"Firma",          u"PersKtoName",      bothWays},
     { 4, u"SALUTATION", u"TEXT(30)", u"Anrede",         u"Anrede",         u"PersKtoAnrede",    bothWays},
     { 3, u"FIRSTNAME",  u"TEXT(30)", u"Vorname",        u"Vorname",        u"PersKtoName3",     ToContact},
     {25, u"LASTNAME",   u"TEXT(40)", u"Nachname",       u"Nachname",       u"PersKtoName2",     ToContact},

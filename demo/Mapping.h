@@ -31,7 +31,8 @@ struct ComposedField {
     QStringView accountColumn;
 };
 
-/// In table order; the mapped ones are numbered from 1 in this order.
+/// In table order; the mapped ones are numbered from 1 in this order. The first of them tells several main contacts of
+/// one company apart.
 std::span<const ContactField> contactFields();
 std::span<const ComposedField> composedFields();
 

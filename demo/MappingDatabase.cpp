@@ -59,7 +59,9 @@ void createComposedFields(dao::Database &database)
 
 void createTemplate(dao::Database &database)
 {
-    database.Execute(u"CREATE TABLE sPersKto (%1)"_s.arg(accountColumnList(false)));
+    // Every column that a client has; empty, number, type and counter leave what a new account has there.
+    database.Execute(u"CREATE TABLE sPersKto (PersKtoID LONG, PersKtoNummer TEXT(10), PersKtoArt SHORT, %1)"_s.arg(
+        accountColumnList(false)));
     QStringList columns;
     QStringList presets;
     for (const AccountColumn &column : accountColumns()) {

@@ -89,8 +89,30 @@ TEST_F(DemoData, MappingNumbersItsFieldsWithoutGaps)
     ASSERT_GE(numbers.size(), 20);
     for (qsizetype i = 0; i < numbers.size(); ++i)
         EXPECT_EQ(numbers[i], QString::number(i + 1));
-    EXPECT_EQ(fromMapping(u"SELECT Sync_FeldName FROM Felder WHERE ID = 1"_s), QStringList{u"Firma"_s});
+    EXPECT_EQ(fromMapping(u"SELECT Sync_FeldName FROM Felder WHERE ID = 1"_s), QStringList{u"Name"_s})
+        << "several main contacts are listed by it";
     EXPECT_EQ(fromMapping(u"SELECT Act_FeldID FROM Felder WHERE Sync_FeldName = 'name'"_s), QStringList{u"26"_s});
+}
+
+TEST_F(DemoData, TemplateHasEveryColumnButTheCustomerCard)
+{
+    const auto columns = [this](const QString &path, const QString &password) {
+        const auto database = engine->OpenDatabase(path, false, false, u";PWD="_s + password);
+        const auto rows = database->OpenRecordset(u"SELECT * FROM sPersKto"_s);
+        QStringList names;
+        for (int i = 0; i < rows->FieldCount(); ++i)
+            names += rows->Fields(i).Name();
+        return names;
+    };
+    const QStringList known = columns(folder.path + u"/veldrak.piz"_s, coding::mappingZugriff());
+    for (const demo::Client &client : demo::clients()) {
+        QStringList has = columns(folder.clients() + u'/' + client.file.toString(), client.password.toString());
+        EXPECT_EQ(has.removeAll(u"PersKtoKundenkarte"_s), client.hasCustomerCards ? 1 : 0);
+        EXPECT_EQ(has, known) << client.file.toString().toStdString();
+    }
+    EXPECT_EQ(fromMapping(u"SELECT PersKtoGruppe FROM sPersKto WHERE PersKtoID IS NULL AND PersKtoNummer IS NULL "
+                          "AND PersKtoArt IS NULL"_s),
+              QStringList{u"ACT"_s});
 }
 
 TEST_F(DemoData, ReportShowsContactAndAccountOnce)
@@ -107,6 +129,8 @@ TEST_F(DemoData, ExistingFoldersAreOnlyReplacedWhenAskedAndKnown)
     ASSERT_TRUE(QFile(changed).resize(0));
     EXPECT_THROW(folder.create(*engine, false), RunTimeError);
     EXPECT_EQ(QFileInfo(changed).size(), 0);
+    for (const QString &left : {folder.contacts() + u"/Tabellen.vjn"_s, folder.clients() + u"/Elbtal.ldb"_s})
+        ASSERT_TRUE(QFile::copy(changed, left)); // of a program that was killed
     folder.create(*engine, true);
     EXPECT_GT(QFileInfo(changed).size(), 0);
 
