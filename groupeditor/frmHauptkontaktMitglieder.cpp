@@ -175,7 +175,10 @@ void frmHauptkontakt::checkeHauptkontakte()
     if (anzahl <= 1)
         return;
     if (!m_frmFehlerHptkt) {
-        m_frmFehlerHptkt = &m_haupt.lade(std::make_unique<frmFehlerHptkt>(lvMitglieder(), *this, [this] { show(); }));
+        m_frmFehlerHptkt = &m_haupt.lade(std::make_unique<frmFehlerHptkt>(lvMitglieder(), *this, [this] {
+            show();
+            activateWindow();
+        }));
     }
     m_frmFehlerHptkt->show();
     m_hatHaupt = false;
