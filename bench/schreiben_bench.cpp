@@ -56,7 +56,7 @@ template <typename Ausfuehren> void fuegeEin(benchmark::State &state, const Ausf
     state.counters["flushes"] = jeAnweisung(nachher.flushes - vorher.flushes);
 }
 
-/// `fuellung` MiB of rows whose text can be lengthened.
+/// `fuellung` MiB of rows.
 void fuelle(const QString &pfad, std::int64_t fuellung)
 {
     const auto datenbank = jet::JetDriver().create({pfad}, storage::FileVersion::Jet4);
@@ -139,7 +139,7 @@ static void allesGeaendert(benchmark::State &state)
     fuelle(pfad, state.range(0));
     long gipfel = 0;
     for (auto _ : state)
-        gipfel = gipfelVon({u"sql"_s, pfad, u"UPDATE Voll SET Text = 'b' & Mid(Text, 2)"_s});
+        gipfel = gipfelVon({u"sql"_s, pfad, u"UPDATE Voll SET Nr = Nr + 1000000"_s});
     if (gipfel < 0)
         state.SkipWithError("the statement failed");
     state.counters["MiB_memory"] = static_cast<double>(gipfel) / 1024;
