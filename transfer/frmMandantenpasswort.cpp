@@ -22,6 +22,8 @@ void frmMandantenpasswort::zeige(const QString &Mandant)
     m_ui->txbMandant->setText(Mandant);
     m_ui->txbPassword->clear();
     exec();
+    if (parentWidget() && parentWidget()->isVisible())
+        parentWidget()->activateWindow(); // without it, some desktops leave the keyboard nowhere
     if (m_haupt.beendet())
         throw ProgrammBeendet(); // while the question was open
 }
