@@ -70,7 +70,7 @@ int main(int argc, char *argv[])
         QApplication::installTranslator(&deutsch);
 
     const QString ordner = programmordner();
-    QApplication::setWindowIcon(QIcon(bilddatei(ordner, u"veldrak.ico"_s)));
+    QApplication::setWindowIcon(QIcon(bilddatei(ordner, u"bilder/icons/veldrak.ico"_s)));
 
     DBusAutomation automation;
     const auto engine = dao::makeEmbeddedEngine();

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 QString bilddatei(const QString &programmordner, const QString &name)
 {
     for (const QString &ordner : {programmordner, QCoreApplication::applicationDirPath() + u"/../share/veldrak"_s}) {
-        const QString datei = ordner + u"/bilder/icons/"_s + name;
+        const QString datei = ordner + u'/' + name;
         if (QFileInfo(datei).isFile())
             return datei;
     }

@@ -19,7 +19,7 @@ frmInfoStart::frmInfoStart(const QString &programmordner)
     const QStringList hersteller = Hersteller::zeilen();
     m_ui->Text1->setPlainText(hersteller.join(u"\r\n"_s));
     m_ui->Text1->setFixedHeight(m_ui->Text1->fontMetrics().lineSpacing() * static_cast<int>(hersteller.size() + 2));
-    m_ui->Image1->setPixmap(QIcon(bilddatei(programmordner, u"veldrak.ico"_s)).pixmap(48, 48));
+    m_ui->Image1->setPixmap(QIcon(bilddatei(programmordner, u"bilder/icons/veldrak.ico"_s)).pixmap(48, 48));
     connect(m_ui->Command1, &QPushButton::clicked, this, [this] { hide(); });
 }
 

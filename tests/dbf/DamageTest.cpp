@@ -89,13 +89,14 @@ TEST(Damage, NoHeadThatCountsTooFewHidesOrLosesRecords)
     for (int i = 1; i <= 60; ++i)
         records.push_back({i == 59 ? "*" : " ", QByteArray::number(i)});
     const QByteArray whole = rawTable({{"NAME", 'C', length - 1}}, records);
+    const QString abgeschnitten = u"Hinter Satz %1 steht der Anfang eines weiteren, 4 von 11"_s;
     // clang-format off
     struct Row { const char *name; qsizetype size; QByteArray behind; int rows; QStringList faults; };
     const Row rows[] = {
         {"with the end's mark",     head + 60 * length, "\x1A",      59, {u"57 Sätze, die Datei enthält 60"_s}},
         {"without",                 head + 60 * length, {},          59, {u"57 Sätze, die Datei enthält 60"_s}},
-        {"the last one cut off",    head + 60 * length, " neu",      59, {u"enthält 60"_s, u"Hinter Satz 60 steht der Anfang eines weiteren, 4 von 11"_s}},
-        {"only the first, cut off", head + 57 * length, "*weg",      57, {u"Hinter Satz 57 steht der Anfang eines weiteren, 4 von 11"_s}},
+        {"the last one cut off",    head + 60 * length, " neu",      59, {u"enthält 60"_s, abgeschnitten.arg(60)}},
+        {"only the first, cut off", head + 57 * length, "*weg",      57, {abgeschnitten.arg(57)}},
         {"records of old times",    head + 57 * length, "\x1A" + QByteArray(2 * length, ' '), 57, {}},
         {"room for more",           head + 57 * length, QByteArray(512, '\0'), 57, {}},
     };

@@ -82,7 +82,8 @@ TEST_F(Start, EndsAtOnceOnNo)
 TEST_F(Start, ShowsTheInformationWindowWhenActIsNotRunning)
 {
     // clang-format off
-    struct Row { const char *name; std::optional<std::vector<desktop::Window>> fenster; std::optional<bool> gesehen; bool gefunden; };
+    using Fenster = std::optional<std::vector<desktop::Window>>;
+    struct Row { const char *name; Fenster fenster; std::optional<bool> gesehen; bool gefunden; };
     const Row rows[] = {
         {"no window at all",                    {{}},                                      true,  false},
         {"the class alone does not do",         {{{u"acthost"_s, u"Kontakte"_s}}},         false, false},
@@ -176,7 +177,8 @@ TEST_F(Start, ChecksTheConfiguration)
         {"number missing",             mit("ID_Nummer=60|N\n"),          falscherParameter},
         {"number 0",                   mit("60|N", "0|N"),               falscherParameter},
         {"number is text",             mit("60|N", "N|60"),              falscherParameter},
-        {"number too large",           mit("60|N", "40000|N"),           u"Fehler: 6:%1, ID_Nummer=40000|N: Überlauf"_s.arg(ini)},
+        {"number too large",           mit("60|N", "40000|N"),
+         u"Fehler: 6:%1, ID_Nummer=40000|N: Überlauf"_s.arg(ini)},
         {"client missing",             mit("ID_Mandant=61|M\n"),         falscherParameter},
         {"role 0",                     mit("62|T", "0"),                 falscherParameter},
         {"path empty",                 mit("/p/"),                       falscherParameter},
