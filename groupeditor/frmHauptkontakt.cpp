@@ -162,7 +162,8 @@ void frmHauptkontakt::richteListenEin()
     QStringList felder;
     for (qint16 i = 1; i <= m_haupt.SyncFelder.FelderAnzahl(); ++i)
         felder += m_haupt.SyncFelder.SyncFeldname(i);
-    const std::array<QString, 3> namen = {u"bilder/icons/unbek.ico"_s, u"bilder/icons/neben.ico"_s, u"bilder/icons/haupt.ico"_s};
+    const std::array<QString, 3> namen
+        = {u"bilder/icons/unbek.ico"_s, u"bilder/icons/neben.ico"_s, u"bilder/icons/haupt.ico"_s};
     KontaktListe::Icons icons;
     for (std::size_t i = 0; i < namen.size(); ++i)
         icons[i] = lade(bilddatei(m_haupt.umgebung().programmordner, namen[i]));
