@@ -354,8 +354,9 @@ bool isCertainText(QStringView text, bool jet4)
     if (key.size() == lettersEnd + 1) // nothing behind them
         return true;
     key.resize(lettersEnd);
-    return std::ranges::none_of(
-        expansions(jet4), [&key](const KeyBytes &expansion) { return !std::ranges::search(key, expansion).empty(); });
+    return std::ranges::none_of(expansions(jet4), [&key](const KeyBytes &expansion) {
+        return std::search(key.begin(), key.end(), expansion.begin(), expansion.end()) != key.end();
+    });
 }
 
 void appendTextSpan(QStringView text, bool jet4, bool ascending, KeyBytes &first, KeyBytes &last)
