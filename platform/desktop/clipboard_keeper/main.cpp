@@ -11,11 +11,9 @@
 #include <string_view>
 #include <unistd.h>
 
-#include <xcb/xcb.h>
+#include "platform/desktop/X11Reply.h"
 
 namespace {
-
-template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 class Keeper
 {
@@ -34,12 +32,12 @@ public:
         m_window = xcb_generate_id(m_connection.get());
         xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 1, 1, 0,
                           XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        m_clipboard = atom("CLIPBOARD");
-        m_targets = atom("TARGETS");
+        m_clipboard = x11Atom(m_connection.get(), "CLIPBOARD");
+        m_targets = x11Atom(m_connection.get(), "TARGETS");
         for (std::size_t i = 0; i < m_texts.size(); ++i)
-            m_texts[i] = atom(textNames[i]);
+            m_texts[i] = x11Atom(m_connection.get(), textNames[i]);
         xcb_set_selection_owner(m_connection.get(), m_window, m_clipboard, XCB_CURRENT_TIME);
-        const Reply<xcb_get_selection_owner_reply_t> owner(
+        const X11Reply<xcb_get_selection_owner_reply_t> owner(
             xcb_get_selection_owner_reply(m_connection.get(), xcb_get_selection_owner(m_connection.get(), m_clipboard),
                                           nullptr),
             &std::free);
@@ -48,7 +46,7 @@ public:
 
     void serve()
     {
-        while (const Reply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection.get()), &std::free}) {
+        while (const X11Reply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection.get()), &std::free}) {
             const int type = event->response_type & 0x7f;
             if (type == XCB_SELECTION_CLEAR)
                 return;
@@ -59,15 +57,6 @@ public:
 
 private:
     static constexpr std::array<std::string_view, 3> textNames{"UTF8_STRING", "text/plain;charset=utf-8", "TEXT"};
-
-    xcb_atom_t atom(std::string_view name) const
-    {
-        const auto cookie
-            = xcb_intern_atom(m_connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
-        const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection.get(), cookie, nullptr),
-                                                   &std::free);
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    }
 
     // One piece: a request takes megabytes, a statement has some hundred bytes.
     void answer(const xcb_selection_request_event_t &request) const

@@ -1,26 +1,21 @@
 // Reads the window tree of the X11 display over a connection of its own.
 #include "platform/desktop/qt/X11Windows.h"
 
-#include <cstdlib>
-#include <memory>
-
 #include <QGuiApplication>
-#include <xcb/xcb.h>
 
+#include "platform/desktop/X11Reply.h"
 #include "platform/desktop/qt/Processes.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
 class WindowTree
 {
 public:
     WindowTree()
         : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
-        , m_utf8Name(atom("_NET_WM_NAME"))
+        , m_utf8Name(x11Atom(m_connection.get(), "_NET_WM_NAME"))
     { }
 
     bool isOpen() const { return xcb_connection_has_error(m_connection.get()) == 0; }
@@ -35,22 +30,13 @@ public:
     }
 
 private:
-    xcb_atom_t atom(std::string_view name) const
-    {
-        const auto cookie
-            = xcb_intern_atom(m_connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
-        const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection.get(), cookie, nullptr),
-                                                   &std::free);
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    }
-
     // Empty as well for a window that has gone meanwhile.
     QByteArray property(xcb_window_t window, xcb_atom_t name) const
     {
         constexpr std::uint32_t fourByteUnits = 1024;
         const auto cookie = xcb_get_property(m_connection.get(), 0, window, name, XCB_ATOM_ANY, 0, fourByteUnits);
-        const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection.get(), cookie, nullptr),
-                                                    &std::free);
+        const X11Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection.get(), cookie, nullptr),
+                                                       &std::free);
         if (!reply || reply->format != 8)
             return {};
         return {static_cast<const char *>(xcb_get_property_value(reply.get())),
@@ -61,7 +47,8 @@ private:
     void collectBelow(xcb_window_t window, std::vector<desktop::Window> &found) const
     {
         const auto cookie = xcb_query_tree(m_connection.get(), window);
-        const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(m_connection.get(), cookie, nullptr), &std::free);
+        const X11Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(m_connection.get(), cookie, nullptr),
+                                                    &std::free);
         if (!tree)
             return;
         const xcb_window_t *children = xcb_query_tree_children(tree.get());
