@@ -48,7 +48,7 @@ void frmHauptkontakt::cmdFertig_Click()
     ListviewNachKontakt();
     m_haupt.ActKontaktfenster->call(u"LookupALL"_s);
     for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
-        schreibeNachAct(*m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)]);
+        schreibeNachAct(*m_haupt.Mitglied(i));
         m_haupt.Status().setze_ProgressBar1(CInt(100.0 * i / m_haupt.AnzahlMitglieder()));
         m_haupt.DoEvents();
     }

@@ -14,6 +14,13 @@ Haupt::Haupt(const Umgebung &umgebung)
 
 Haupt::~Haupt() = default;
 
+const KontaktPtr &Haupt::Mitglied(int i) const
+{
+    if (i < 1 || i > AnzahlMitglieder())
+        throw RunTimeError(RunTimeError::SubscriptOutOfRange);
+    return Mitglieder[static_cast<std::size_t>(i - 1)];
+}
+
 void Haupt::regulaeresEnde()
 {
     pruefeBeendet();

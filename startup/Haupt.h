@@ -47,6 +47,8 @@ public:
 
     // The group that the main window hands to the transfer dialog.
     std::vector<KontaktPtr> Mitglieder; ///< member i of the program is element i - 1
+    /// Member i, from 1. RunTimeError 9 for any other number.
+    const KontaktPtr &Mitglied(int i) const;
     int AnzahlMitglieder() const { return static_cast<int>(Mitglieder.size()); }
     int HauptIndex = 0; ///< number (from 1) of the member with the role "H"; 0 before there was one
 

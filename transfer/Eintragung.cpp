@@ -62,7 +62,7 @@ bool Eintragung::legeKontoAn()
 void Eintragung::uebertrageMitglieder()
 {
     for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
-        clKontakt &kontakt = *m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)];
+        clKontakt &kontakt = *m_haupt.Mitglied(i);
         if (!nochNichtUebertragen(kontakt))
             continue;
         kontakt.Mandant = m_hauptkontakt.Mandant;

@@ -94,9 +94,7 @@ void frmÜbertragung::Form_Load()
 {
     m_haupt.Status().show();
     m_haupt.zeigeStatus(u"Vorbereitung für den Transfer..."_s);
-    if (m_haupt.HauptIndex < 1 || m_haupt.HauptIndex > m_haupt.AnzahlMitglieder())
-        throw RunTimeError(RunTimeError::SubscriptOutOfRange);
-    objHauptkontakt = m_haupt.Mitglieder[static_cast<std::size_t>(m_haupt.HauptIndex - 1)];
+    objHauptkontakt = m_haupt.Mitglied(m_haupt.HauptIndex);
 
     m_haupt.zeigeStatus(u"Listen initialisieren..."_s);
     m_ui->cbxTyp->addItems({u"D-Debitor"_s, u"K-Kreditor"_s, u"M-Mitarbeiter"_s, u"A-Adresse"_s});
@@ -140,7 +138,7 @@ void frmÜbertragung::fuelleNamen()
     fuegeZeileAn(*m_ui->lbxNamen, objHauptkontakt->Daten(u"Name"_s));
     for (int i = 1; i <= m_haupt.AnzahlMitglieder(); ++i) {
         if (i != m_haupt.HauptIndex)
-            fuegeZeileAn(*m_ui->lbxNamen, m_haupt.Mitglieder[static_cast<std::size_t>(i - 1)]->Daten(u"Name"_s));
+            fuegeZeileAn(*m_ui->lbxNamen, m_haupt.Mitglied(i)->Daten(u"Name"_s));
     }
     m_ui->lbxNamen->setCurrentRow(0);
 }
